@@ -1,0 +1,31 @@
+#pragma once
+
+#include <pthread.h>
+
+namespace QvXmlLib10 {
+
+// Label base class of most library classes. The label is the class's name; it is
+// accepted for compatibility and not stored.
+class CInstanceMonitor {
+public:
+    explicit CInstanceMonitor(const char* label);
+    virtual ~CInstanceMonitor();
+};
+
+// Non-recursive mutex. A copy is a new, unlocked mutex: the lock guards the
+// object that holds it and is never shared by copying.
+class CQVCriticalSection {
+public:
+    CQVCriticalSection();
+    CQVCriticalSection(const CQVCriticalSection&);
+    CQVCriticalSection& operator=(const CQVCriticalSection&);
+    virtual ~CQVCriticalSection();
+
+    void Enter();
+    void Leave();
+
+private:
+    pthread_mutex_t m_mutex;
+};
+
+} // namespace QvXmlLib10

@@ -1,0 +1,3 @@
+#include <QvXml10.h>
+#include <cstdio>
+int main() { std::printf("placeholder\n"); return 0; }
