@@ -21,6 +21,7 @@ CXmlSerializationContext::CXmlSerializationContext()
 CXmlSerializationContext::CXmlSerializationContext(const CXmlSerializationContext& other)
     : m_defaultNamespaceUri(other.m_defaultNamespaceUri),
       m_writeTypeAttribute(other.m_writeTypeAttribute),
+      m_namespaceAliasMap(other.m_namespaceAliasMap),
       m_processingInstructions(other.m_processingInstructions),
       m_inLineSchema(other.m_inLineSchema),
       m_ignoreInvalidCollectionCounts(other.m_ignoreInvalidCollectionCounts),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/NamespaceAliasMap.h"
 #include "foundation/QvTypes.h"
 
 #include <string>
@@ -59,6 +60,10 @@ public:
     std::string GetDefaultNamespaceURI() const { return m_defaultNamespaceUri; }
     void SetDefaultNamespaceURI(const char* value) { m_defaultNamespaceUri = value ? value : ""; }
 
+    // Prefixes declared on the root element; callers add to the map directly.
+    CNamespaceAliasMap& GetNamespaceAliases() { return m_namespaceAliasMap; }
+    const CNamespaceAliasMap& GetNamespaceAliases() const { return m_namespaceAliasMap; }
+
     // Processing instructions written ahead of the root element; callers append directly.
     std::vector<std::string>& GetProcessingInstructions() { return m_processingInstructions; }
     const std::vector<std::string>& GetProcessingInstructions() const { return m_processingInstructions; }
@@ -66,6 +71,7 @@ public:
 private:
     std::string m_defaultNamespaceUri;
     bool m_writeTypeAttribute;
+    CNamespaceAliasMap m_namespaceAliasMap;
     std::vector<std::string> m_processingInstructions;
     std::string m_inLineSchema;
     bool m_ignoreInvalidCollectionCounts;
