@@ -1,0 +1,263 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string>
+
+#include "foundation/QvException.h"
+#include "values/Conversions.h"
+
+using namespace QvXmlLib10;
+
+namespace {
+
+using namespace std::string_literals;
+using C = CConversions;
+constexpr auto None = CWhitespaceUtils::WhitespaceRule_None;
+constexpr auto Collapse = CWhitespaceUtils::WhitespaceRule_Collapse;
+
+struct FailureCase {
+    const char* label;
+    std::function<void()> call;
+    std::string message;
+};
+
+class ConversionFailureTest : public ::testing::TestWithParam<FailureCase> {};
+
+TEST_P(ConversionFailureTest, ThrowsInvalidValueWithExactText)
+{
+    const FailureCase& c = GetParam();
+    try {
+        c.call();
+        FAIL() << "no exception";
+    } catch (const CQvInvalidValueException& e) {
+        EXPECT_EQ(c.message, e.GetFullMessage());
+    }
+}
+
+std::string LabelOf(const ::testing::TestParamInfo<FailureCase>& info)
+{
+    return info.param.label;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Conversions, ConversionFailureTest,
+    ::testing::Values(
+        // Bad text, quoted after the rule.
+        FailureCase{"i4Letters", [] { C::i4FromString("12x", None); }, "The value [12x] can not be converted to a i4"},
+        FailureCase{"i4Minus", [] { C::i4FromString("-", None); }, "The value [-] can not be converted to a i4"},
+        FailureCase{"i4TrailingBlank", [] { C::i4FromString("5 ", None); }, "The value [5 ] can not be converted to a i4"},
+        FailureCase{"i4Collapsed", [] { C::i4FromString(" 1  2 ", Collapse); }, "The value [1 2] can not be converted to a i4"},
+        FailureCase{"i8Letters", [] { C::i8FromString("abc", None); }, "The value [abc] can not be converted to a i8"},
+        FailureCase{"ui4Letters", [] { C::ui4FromString("0x10", None); }, "The value [0x10] can not be converted to a ui4"},
+        FailureCase{"ui8Letters", [] { C::ui8FromString("1.0", None); }, "The value [1.0] can not be converted to a ui8"},
+        // Out of range, quoted after the rule.
+        FailureCase{"i4Above", [] { C::i4FromString(" 9223372036854775808 ", Collapse); },
+                    "The value [9223372036854775808] is to large to fit in a i4"},
+        FailureCase{"i4Below", [] { C::i4FromString("-9223372036854775809", None); },
+                    "The value [-9223372036854775809] is to large to fit in a i4"},
+        FailureCase{"i8Above", [] { C::i8FromString("9223372036854775808", None); },
+                    "The value [9223372036854775808] is to large to fit in a i8"},
+        FailureCase{"i8Below", [] { C::i8FromString("\t-9223372036854775809", Collapse); },
+                    "The value [-9223372036854775809] is to large to fit in a i8"},
+        FailureCase{"ui4Above", [] { C::ui4FromString("18446744073709551616", None); },
+                    "The value [18446744073709551616] is to large to fit in a ui4"},
+        FailureCase{"ui8Above", [] { C::ui8FromString("99999999999999999999", None); },
+                    "The value [99999999999999999999] is to large to fit in a ui8"},
+        // The narrow kinds use the words of i4 / ui4 for bad text ...
+        FailureCase{"i1Letters", [] { C::i1FromString("12x", None); }, "The value [12x] can not be converted to a i4"},
+        FailureCase{"i2Huge", [] { C::i2FromString("99999999999999999999", None); },
+                    "The value [99999999999999999999] is to large to fit in a i4"},
+        FailureCase{"ui1Letters", [] { C::ui1FromString(" x ", Collapse); }, "The value [x] can not be converted to a ui4"},
+        FailureCase{"ui2Letters", [] { C::ui2FromString("--1", None); }, "The value [--1] can not be converted to a ui4"},
+        // ... and their own for the range, quoting the argument as it came in.
+        FailureCase{"i1Above", [] { C::i1FromString("128", None); }, "The value [128] is to large to fit in a i1"},
+        FailureCase{"i1Below", [] { C::i1FromString(" -129 ", Collapse); }, "The value [ -129 ] is to large to fit in a i1"},
+        FailureCase{"i2Above", [] { C::i2FromString("40000", None); }, "The value [40000] is to large to fit in a i2"},
+        FailureCase{"i2Below", [] { C::i2FromString("-40000", None); }, "The value [-40000] is to large to fit in a i2"},
+        FailureCase{"ui1Above", [] { C::ui1FromString("256", None); }, "The value [256] is to large to fit in a ui1"},
+        FailureCase{"ui1MinusOne", [] { C::ui1FromString("-1", None); }, "The value [-1] is to large to fit in a ui1"},
+        FailureCase{"ui2Above", [] { C::ui2FromString("65536\n", Collapse); }, "The value [65536\n] is to large to fit in a ui2"},
+        // Floats.
+        FailureCase{"r8Letters", [] { C::r8FromString("1.5x", None); }, "The value [1.5x] can not be converted to a r8"},
+        FailureCase{"r8TrailingBlank", [] { C::r8FromString("1.5 ", None); }, "The value [1.5 ] can not be converted to a r8"},
+        FailureCase{"r8LowerInf", [] { C::r8FromString("-inf x", Collapse); }, "The value [-inf x] can not be converted to a r8"},
+        FailureCase{"r4Letters", [] { C::r4FromString(" abc ", Collapse); }, "The value [abc] can not be converted to a r4"},
+        // Boolean quotes the argument as it came in; char the text after the rule.
+        FailureCase{"booleanEmpty", [] { C::booleanFromString("", None); },
+                    "A Boolean Value read from an XML document was invalid []. Valid values are 'true', 'false', '1', or '0'"},
+        FailureCase{"booleanYes", [] { C::booleanFromString(" yes ", Collapse); },
+                    "A Boolean Value read from an XML document was invalid [ yes ]. Valid values are 'true', 'false', '1', or '0'"},
+        FailureCase{"booleanTwo", [] { C::booleanFromString("2", None); },
+                    "A Boolean Value read from an XML document was invalid [2]. Valid values are 'true', 'false', '1', or '0'"},
+        FailureCase{"charEmpty", [] { C::charFromString("", None); },
+                    "The value [] can not be a char as it is either empty of greater than 1 char long"},
+        FailureCase{"charTwo", [] { C::charFromString(" ab ", Collapse); },
+                    "The value [ab] can not be a char as it is either empty of greater than 1 char long"},
+        FailureCase{"charOnlyBlanks", [] { C::charFromString("   ", Collapse); },
+                    "The value [] can not be a char as it is either empty of greater than 1 char long"},
+        FailureCase{"charUtf8", [] { C::charFromString("\xC3\xA9", None); },
+                    "The value [\xC3\xA9] can not be a char as it is either empty of greater than 1 char long"}),
+    LabelOf);
+
+TEST(ConversionsTest, SignedIntegersAtTheirBounds)
+{
+    EXPECT_EQ(-128, C::i1FromString("-128", None));
+    EXPECT_EQ(127, C::i1FromString("127", None));
+    EXPECT_EQ(-32768, C::i2FromString("-32768", None));
+    EXPECT_EQ(32767, C::i2FromString(" 32767 ", Collapse));
+    EXPECT_EQ(LONG_MAX, C::i4FromString("9223372036854775807", None));
+    EXPECT_EQ(LONG_MIN, C::i4FromString("-9223372036854775808", None));
+    EXPECT_EQ(LLONG_MAX, C::i8FromString("9223372036854775807", None));
+    EXPECT_EQ(LLONG_MIN, C::i8FromString("-9223372036854775808", None));
+}
+
+TEST(ConversionsTest, UnsignedIntegersAtTheirBounds)
+{
+    EXPECT_EQ(0, C::ui1FromString("0", None));
+    EXPECT_EQ(255, C::ui1FromString("255", None));
+    EXPECT_EQ(65535, C::ui2FromString("65535", None));
+    EXPECT_EQ(ULONG_MAX, C::ui4FromString("18446744073709551615", None));
+    EXPECT_EQ(ULLONG_MAX, C::ui8FromString("18446744073709551615", None));
+    // strtoul takes a leading minus and wraps.
+    EXPECT_EQ(ULONG_MAX, C::ui4FromString("-1", None));
+    EXPECT_EQ(ULLONG_MAX, C::ui8FromString("-1", None));
+}
+
+TEST(ConversionsTest, IntegerTextThatTheLibraryFunctionTolerates)
+{
+    // Empty text is 0, a plus sign and leading blanks left by the rule are taken,
+    // and an embedded NUL ends the number.
+    EXPECT_EQ(0, C::i4FromString("", None));
+    EXPECT_EQ(0, C::i1FromString("", None));
+    EXPECT_EQ(0u, C::ui8FromString("   ", Collapse));
+    EXPECT_EQ(5, C::i4FromString("+5", None));
+    EXPECT_EQ(5, C::i4FromString(" \t5", None));
+    EXPECT_EQ(7, C::i2FromString("7\0x"s, None));
+    EXPECT_EQ(42, C::i8FromString("\r\n\t42", CWhitespaceUtils::WhitespaceRule_Replace));
+    EXPECT_THROW(C::i8FromString("42\r\n", CWhitespaceUtils::WhitespaceRule_Replace), CQvInvalidValueException);
+}
+
+TEST(ConversionsTest, UnknownRuleReachesTheCaller)
+{
+    try {
+        C::i4FromString("1", static_cast<CWhitespaceUtils::WhitespaceRule>(9));
+        FAIL();
+    } catch (const CQvException& e) {
+        EXPECT_EQ("Unknown WhitespaceRule", e.GetFullMessage());
+    }
+}
+
+TEST(ConversionsTest, FloatSpecialTexts)
+{
+    for (const char* text : {"", "NaN", "1.#QNAN", "-NAN", "nan"}) {
+        EXPECT_TRUE(std::isnan(C::r8FromString(text, None))) << text;
+        EXPECT_TRUE(std::isnan(C::r4FromString(text, None))) << text;
+        EXPECT_EQ("NaN", C::r8ToString(C::r8FromString(text, None))) << text;
+        EXPECT_EQ("NaN", C::r4ToString(C::r4FromString(text, None))) << text;
+    }
+    EXPECT_TRUE(std::isnan(C::r8FromString("  ", Collapse)));
+    EXPECT_EQ(-HUGE_VAL, C::r8FromString("-INF", None));
+    EXPECT_EQ(HUGE_VAL, C::r8FromString("INF", None));
+    EXPECT_EQ(HUGE_VAL, C::r8FromString("inf", None));
+    EXPECT_EQ(HUGE_VAL, C::r8FromString("1e999", None));
+    EXPECT_EQ(-HUGE_VALF, C::r4FromString(" -INF ", Collapse));
+    EXPECT_EQ("-INF", C::r8ToString(-HUGE_VAL));
+    EXPECT_EQ("INF", C::r8ToString(HUGE_VAL));
+    EXPECT_EQ("-INF", C::r4ToString(-HUGE_VALF, "%f"));
+}
+
+TEST(ConversionsTest, FloatNumbers)
+{
+    EXPECT_EQ(1.5, C::r8FromString(" 1.5 ", Collapse));
+    EXPECT_EQ(1.5, C::r8FromString(" 1.5", None));
+    EXPECT_EQ(1000.0, C::r8FromString("+1e3", None));
+    EXPECT_EQ(0.0, C::r8FromString("1e-999", None));
+    EXPECT_EQ(0.1f, C::r4FromString("0.1", None));
+    // Narrowing to float: beyond the range is an infinity, not a failure.
+    EXPECT_EQ(HUGE_VALF, C::r4FromString("1e300", None));
+    EXPECT_EQ(-HUGE_VALF, C::r4FromString("-1e300", None));
+    EXPECT_EQ("INF", C::r4ToString(C::r4FromString("1e300", None)));
+    EXPECT_EQ(std::numeric_limits<float>::max(), C::r4FromString("3.4028235e38", None));
+    EXPECT_EQ(std::numeric_limits<float>::max(), C::r4FromString("3.4028235677973e38", None));
+    EXPECT_EQ(HUGE_VALF, C::r4FromString("3.40282356779733662e38", None));
+    EXPECT_EQ(0.0f, C::r4FromString("1e-50", None));
+}
+
+TEST(ConversionsTest, FloatToText)
+{
+    EXPECT_EQ("0.1", C::r8ToString(0.1));
+    EXPECT_EQ("1e+20", C::r8ToString(1e20));
+    EXPECT_EQ("-2.5", C::r8ToString(-2.5));
+    EXPECT_EQ("0.1000000000000000", C::r8ToString(0.1, "%.16f"));
+    EXPECT_EQ("1.50", C::r8ToString(1.5, "%.2f"));
+    EXPECT_EQ("1.677722e+07", C::r4ToString(16777216.0f));
+    EXPECT_EQ("0.1", C::r4ToString(0.1f));
+    EXPECT_EQ("3.40282347e+38", C::r4ToString(std::numeric_limits<float>::max(), "%.9g"));
+    // Long output is cut at the buffer: 47 bytes for r8, 31 for r4.
+    EXPECT_EQ("1." + std::string(45, '0'), C::r8ToString(1.0, "%.60f"));
+    EXPECT_EQ("1." + std::string(29, '0'), C::r4ToString(1.0f, "%.60f"));
+}
+
+TEST(ConversionsTest, IntegersToText)
+{
+    EXPECT_EQ("-5", C::i1ToString(static_cast<char>(-5)));
+    EXPECT_EQ("-56", C::i1ToString(static_cast<char>(200)));
+    EXPECT_EQ("-32768", C::i2ToString(SHRT_MIN));
+    EXPECT_EQ("-9223372036854775808", C::i4ToString(LONG_MIN));
+    EXPECT_EQ("9223372036854775807", C::i8ToString(LLONG_MAX));
+    EXPECT_EQ("255", C::ui1ToString(255));
+    EXPECT_EQ("65535", C::ui2ToString(65535));
+    EXPECT_EQ("18446744073709551615", C::ui4ToString(ULONG_MAX));
+    EXPECT_EQ("18446744073709551615", C::ui8ToString(ULLONG_MAX));
+    EXPECT_EQ("0", C::ui8ToString(0));
+}
+
+TEST(ConversionsTest, BooleanCharAndString)
+{
+    EXPECT_TRUE(C::booleanFromString("TRUE", None));
+    EXPECT_FALSE(C::booleanFromString("False", None));
+    EXPECT_TRUE(C::booleanFromString(" 1 ", Collapse));
+    EXPECT_FALSE(C::booleanFromString("0", None));
+    EXPECT_EQ("true", C::booleanToString(true));
+    EXPECT_EQ("false", C::booleanToString(false));
+
+    EXPECT_EQ('a', C::charFromString(" a ", Collapse));
+    EXPECT_EQ(' ', C::charFromString(" ", None));
+    EXPECT_EQ("x", C::charToString('x'));
+    EXPECT_EQ("", C::charToString('\0'));
+
+    EXPECT_EQ("a b", C::stringFromString(" a \r\n b ", Collapse));
+    EXPECT_EQ("a\0b"s, C::stringFromString("a\0b"s, None));
+    EXPECT_EQ("a\0b"s, C::stringToString("a\0b"s));
+}
+
+TEST(ConversionsTest, YearMonthDayText)
+{
+    EXPECT_EQ("2012", C::yearToString(2012));
+    EXPECT_EQ("5", C::yearToString(5));
+    EXPECT_EQ("65535", C::yearToString(65535));
+    EXPECT_EQ("--03", C::monthToString(3));
+    EXPECT_EQ("--12", C::monthToString(12));
+    EXPECT_EQ("--255", C::monthToString(255));
+    EXPECT_EQ("---09", C::dayToString(9));
+    EXPECT_EQ("---31", C::dayToString(31));
+}
+
+TEST(ConversionsTest, VeryLongTextFailsCleanly)
+{
+    const std::string digits(100000, '9');
+    EXPECT_THROW(C::i8FromString(digits, None), CQvInvalidValueException);
+    EXPECT_THROW(C::i1FromString(digits, None), CQvInvalidValueException);
+    EXPECT_EQ(HUGE_VAL, C::r8FromString(digits, None));
+    try {
+        C::i4FromString(std::string(5000, 'x'), None);
+        FAIL();
+    } catch (const CQvInvalidValueException& e) {
+        EXPECT_EQ("The value [" + std::string(5000, 'x') + "] can not be converted to a i4", e.GetFullMessage());
+    }
+}
+
+} // namespace
