@@ -89,4 +89,64 @@ protected:
     XmlEncoding m_encoding;
 };
 
+// Text sink bound to a file. Open creates the file (with the bytes FF FE for
+// the UTF-16 encodings). Flush writes the pending encoded bytes, which nothing
+// fills, so flushing non-empty text fails: text reaches a file through
+// CFileBinaryStream instead.
+class CFileTextStream : public CTextStream {
+public:
+    CFileTextStream(const char* path, XmlEncoding encoding);
+    // Closes a file that is still open, without flushing.
+    ~CFileTextStream() override;
+    CFileTextStream(const CFileTextStream&) = delete;
+    CFileTextStream& operator=(const CFileTextStream&) = delete;
+
+    void Open() override;
+    void Close() override;
+    void Flush() override;
+
+private:
+    void CloseFile();
+
+    std::string m_fileName;
+    CBinaryData m_encodedData;
+    FILE* m_pFile;
+};
+
+// Byte sink of the Fast Infoset writer. The data is shared with the
+// CBinaryData it is built on and with the copies it hands out.
+class CBinaryStream : public CInstanceMonitor {
+public:
+    CBinaryStream();
+    explicit CBinaryStream(CBinaryData& data);
+    explicit CBinaryStream(const char* label);
+    CBinaryStream(const char* label, CBinaryData& data);
+    ~CBinaryStream() override;
+
+    void Append(unsigned char* data, unsigned long length) { m_data.Append(data, length); }
+    void Append(const CBinaryData& data) { m_data.Append(data); }
+    void Append(unsigned char c) { m_data.Append(c); }
+
+    // A copy sharing the bytes.
+    CBinaryData GetBinaryStream() const { return m_data; }
+
+protected:
+    CBinaryData m_data;
+};
+
+// Stores bytes in a file, after the bytes FF FE for the UTF-16 encodings.
+class CFileBinaryStream : public CBinaryStream {
+public:
+    CFileBinaryStream(const char* path, XmlEncoding encoding);
+    CFileBinaryStream(const char* path, XmlEncoding encoding, CBinaryData& data);
+    ~CFileBinaryStream() override;
+
+    // Writes the file. Empty data fails, as does a file that can't be written.
+    void ToFile();
+
+private:
+    std::string m_fileName;
+    XmlEncoding m_encoding;
+};
+
 } // namespace QvXmlLib10

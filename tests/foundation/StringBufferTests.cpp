@@ -1,0 +1,166 @@
+#include "foundation/QvException.h"
+#include "foundation/Streams.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace QvXmlLib10 {
+
+// Looks at the block layout of a buffer.
+class CStringBufferInspector {
+public:
+    static size_t Blocks(const CStringBuffer& b) { return b.m_blocks.size(); }
+    static uint64_t BlockSize(const CStringBuffer& b) { return b.m_blockSize; }
+    static uint64_t Capacity(const CStringBuffer& b) { return b.m_currentCapacity; }
+    static uint64_t Used(const CStringBuffer& b) { return b.m_currentUsed; }
+    static std::vector<uint64_t> Sizes(const CStringBuffer& b) { return b.m_blockSizes; }
+};
+
+} // namespace QvXmlLib10
+
+using namespace QvXmlLib10;
+using Inspect = CStringBufferInspector;
+
+TEST(StringBuffer, NewBufferGivesEmptyTextWithoutAllocating) {
+    CStringBuffer b;
+    EXPECT_STREQ(b.GetText(), "");
+    EXPECT_EQ(b.GetLength(), 0u);
+    EXPECT_EQ(Inspect::Blocks(b), 0u);
+    EXPECT_EQ(Inspect::BlockSize(b), 4095u);
+}
+
+TEST(StringBuffer, TenCharactersInBlocksOfFourMakeThreeBlocks) {
+    for (bool byChar : {false, true}) {
+        SCOPED_TRACE(byChar ? "Append(char)" : "Append(const char*)");
+        CStringBuffer b(5);
+        if (byChar) {
+            for (char c : std::string("abcdefghij")) b.Append(c);
+        } else {
+            b.Append("abc");
+            b.Append(std::string("defghij"));
+        }
+        EXPECT_EQ(Inspect::Blocks(b), 3u);
+        EXPECT_EQ(Inspect::Sizes(b), (std::vector<uint64_t>{4, 4, 4}));
+        EXPECT_EQ(b.GetLength(), 10u);
+
+        const char* text = b.GetText();
+        EXPECT_STREQ(text, "abcdefghij");
+        EXPECT_EQ(b.GetLength(), 10u);
+        // Joined once into a single block of exactly the text; a second read copies nothing.
+        EXPECT_EQ(Inspect::Blocks(b), 1u);
+        EXPECT_EQ(Inspect::Sizes(b), std::vector<uint64_t>{10});
+        EXPECT_EQ(b.GetText(), text);
+
+        // The next append starts a new block of the normal size.
+        b.Append('k');
+        EXPECT_EQ(Inspect::Blocks(b), 2u);
+        EXPECT_EQ(Inspect::Capacity(b), 4u);
+        EXPECT_STREQ(b.GetText(), "abcdefghijk");
+        EXPECT_EQ(b.GetLength(), 11u);
+    }
+}
+
+TEST(StringBuffer, SingleBlockTextIsReturnedInPlace) {
+    CStringBuffer b(16);
+    b.Append("abc");
+    const char* first = b.GetText();
+    b.Append("def");
+    EXPECT_EQ(b.GetText(), first);
+    EXPECT_STREQ(first, "abcdef");
+    EXPECT_EQ(Inspect::Blocks(b), 1u);
+}
+
+TEST(StringBuffer, ExactFitDoesNotOpenAnEmptyBlock) {
+    CStringBuffer b(5);
+    b.Append("abcd");
+    EXPECT_EQ(Inspect::Blocks(b), 1u);
+    b.Append("");
+    EXPECT_EQ(Inspect::Blocks(b), 1u);
+    EXPECT_STREQ(b.GetText(), "abcd");
+}
+
+TEST(StringBuffer, StringFormStopsAtEmbeddedNul) {
+    CStringBuffer b;
+    b.Append(std::string("ab\0cd", 5));
+    EXPECT_EQ(b.GetLength(), 2u);
+    EXPECT_STREQ(b.GetText(), "ab");
+    b.Append(static_cast<const char*>(nullptr));
+    EXPECT_EQ(b.GetLength(), 2u);
+}
+
+TEST(StringBuffer, EmptyKeepsASingleBlockAndClearsSeveral) {
+    CStringBuffer one(8);
+    one.Append("abc");
+    const char* block = one.GetText();
+    one.Empty();
+    EXPECT_EQ(Inspect::Blocks(one), 1u);
+    EXPECT_EQ(one.GetLength(), 0u);
+    EXPECT_EQ(Inspect::Used(one), 0u);
+    EXPECT_EQ(one.GetText(), block);
+    EXPECT_STREQ(one.GetText(), "");
+    one.Append("xy");
+    EXPECT_STREQ(one.GetText(), "xy");
+
+    CStringBuffer several(3);
+    several.Append("abcdef");
+    ASSERT_EQ(Inspect::Blocks(several), 3u);
+    several.Empty();
+    EXPECT_EQ(Inspect::Blocks(several), 0u);
+    EXPECT_EQ(several.GetLength(), 0u);
+    EXPECT_STREQ(several.GetText(), "");
+}
+
+TEST(StringBuffer, ClearAndSetText) {
+    CStringBuffer b(4);
+    b.Append("abcdef");
+    b.SetText("xyz12");
+    EXPECT_STREQ(b.GetText(), "xyz12");
+    EXPECT_EQ(b.GetLength(), 5u);
+    b.Clear();
+    EXPECT_EQ(Inspect::Blocks(b), 0u);
+    EXPECT_EQ(b.GetLength(), 0u);
+    EXPECT_STREQ(b.GetText(), "");
+}
+
+TEST(StringBuffer, DegenerateBlockSizeStillHoldsOneCharacterPerBlock) {
+    for (unsigned long bytes : {0ul, 1ul, 2ul}) {
+        CStringBuffer b(bytes);
+        b.Append("abc");
+        b.Append('d');
+        EXPECT_EQ(Inspect::Blocks(b), 4u);
+        EXPECT_STREQ(b.GetText(), "abcd");
+    }
+}
+
+TEST(TextStream, ForwardsToItsBufferAndOpenEmpties) {
+    CTextStream s;
+    EXPECT_EQ(s.GetEncoding(), XmlEncoding_None);
+    s.Append("<a");
+    s.Append('>');
+    s.Append(std::string("text</a>"));
+    EXPECT_STREQ(s.GetText(), "<a>text</a>");
+    EXPECT_EQ(s.GetLength(), 11u);
+    s.Flush();
+    s.Close();
+    EXPECT_STREQ(s.GetText(), "<a>text</a>");
+    s.Open();
+    EXPECT_EQ(s.GetLength(), 0u);
+    EXPECT_STREQ(s.GetText(), "");
+    EXPECT_EQ(CTextStream(XmlEncoding_UTF16).GetEncoding(), XmlEncoding_UTF16);
+}
+
+TEST(TextStream, EncodedStreamRefusesUnknownEncodings) {
+    for (int value : {0, 4, -1}) {
+        CTextStream s(static_cast<XmlEncoding>(value));
+        s.Append("abc");
+        try {
+            s.GetEncodedStream();
+            FAIL() << "no exception for encoding " << value;
+        } catch (const CQvException& e) {
+            EXPECT_EQ(typeid(e), typeid(CQvException));
+            EXPECT_EQ(e.GetFullMessage(),
+                      "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)");
+        }
+    }
+}
