@@ -1,0 +1,167 @@
+#include "document/XmlWriter.h"
+
+#include "foundation/QvException.h"
+
+namespace QvXmlLib10 {
+
+// ---------------------------------------------------------------------------
+// CXmlWriterContext
+
+CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
+                                                 const std::string& namespaceUri,
+                                                 std::unique_ptr<CXmlWriterContext>&& pParent)
+    : CInstanceMonitor("CXmlWriterContext"),
+      m_childCount(0),
+      m_startTagOpen(true),
+      m_depth(0),
+      m_namespaceUri(namespaceUri),
+      m_localName(localName),
+      m_pParent(),
+      m_hasAttributes(false),
+      m_defaultNamespace(),
+      m_pNamespaceMap(nullptr),
+      m_inheritsScope(true),
+      m_ownsNamespaceMap(false) {
+    if (!pParent) {
+        // Without a parent there is no scope to share: start an empty one.
+        m_pNamespaceMap = new NamespaceMap();
+        m_inheritsScope = false;
+        m_ownsNamespaceMap = true;
+        return;
+    }
+    // Nothing below throws, so the parent is taken only when the context stands.
+    m_depth = pParent->m_depth + 1;
+    m_pNamespaceMap = pParent->m_pNamespaceMap;
+    m_pParent = std::move(pParent);
+}
+
+CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
+                                                 const std::string& namespaceUri,
+                                                 const std::string& defaultNamespace,
+                                                 const NamespaceMap* pNamespaceMap,
+                                                 std::unique_ptr<CXmlWriterContext>&& pParent)
+    : CInstanceMonitor("CXmlWriterContext"),
+      m_childCount(0),
+      m_startTagOpen(true),
+      m_depth(0),
+      m_namespaceUri(namespaceUri),
+      m_localName(localName),
+      m_pParent(),
+      m_hasAttributes(false),
+      m_defaultNamespace(defaultNamespace),
+      m_pNamespaceMap(nullptr),
+      m_inheritsScope(false),
+      m_ownsNamespaceMap(true) {
+    m_pNamespaceMap = pNamespaceMap != nullptr ? new NamespaceMap(*pNamespaceMap) : new NamespaceMap();
+    m_pParent = std::move(pParent);
+}
+
+CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
+    if (m_ownsNamespaceMap)
+        delete m_pNamespaceMap;
+    // Unlink the ancestors one by one, so that a deep chain is not destroyed by recursion.
+    std::unique_ptr<CXmlWriterContext> ancestor = std::move(m_pParent);
+    while (ancestor) {
+        std::unique_ptr<CXmlWriterContext> next = std::move(ancestor->m_pParent);
+        ancestor = std::move(next);
+    }
+}
+
+const CXmlWriter::CXmlWriterContext& CXmlWriter::CXmlWriterContext::GetScope() const {
+    const CXmlWriterContext* scope = this;
+    while (scope->m_inheritsScope && scope->m_pParent)
+        scope = scope->m_pParent.get();
+    return *scope;
+}
+
+const std::string& CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const {
+    return GetScope().m_defaultNamespace;
+}
+
+const CXmlWriter::NamespaceMap& CXmlWriter::CXmlWriterContext::GetNamespaceMap() const {
+    return *m_pNamespaceMap;
+}
+
+void CXmlWriter::CXmlWriterContext::OwnScope(bool copyDefaultNamespace) {
+    auto copy = std::make_unique<NamespaceMap>(*m_pNamespaceMap);
+    if (copyDefaultNamespace)
+        m_defaultNamespace = GetScope().m_defaultNamespace;
+    m_pNamespaceMap = copy.release();
+    m_ownsNamespaceMap = true;
+    m_inheritsScope = false;
+}
+
+void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(const std::string& namespaceUri) {
+    if (m_inheritsScope)
+        OwnScope(false);
+    m_defaultNamespace = namespaceUri;
+}
+
+void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(const std::string& namespaceUri,
+                                                         const std::string& alias) {
+    if (m_inheritsScope)
+        OwnScope(true);
+    (*m_pNamespaceMap)[namespaceUri] = alias;
+}
+
+const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std::string& namespaceUri) {
+    return (*m_pNamespaceMap)[namespaceUri];
+}
+
+const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const char* namespaceUri) {
+    return (*m_pNamespaceMap)[namespaceUri != nullptr ? namespaceUri : ""];
+}
+
+// ---------------------------------------------------------------------------
+// CXmlWriter
+
+CXmlWriter::CXmlWriter(const char* label)
+    : CInstanceMonitor(label), m_defaultNamespace(), m_pContext(), m_namespaceMap() {
+    // Not the virtual call: a derived writer is not yet constructed here.
+    CXmlWriter::AddNamespace("xml", XML_NAMESPACE);
+}
+
+CXmlWriter::~CXmlWriter() = default;
+
+void CXmlWriter::Open() {}
+
+void CXmlWriter::Close() {
+    if (m_pContext)
+        throw CQvException("An Element has not been closed.");
+}
+
+void CXmlWriter::SetDefaultNamespace(const std::string& namespaceUri) {
+    if (m_pContext)
+        m_pContext->SetDefaultNamespace(namespaceUri);
+    else
+        m_defaultNamespace = namespaceUri;
+}
+
+void CXmlWriter::AddNamespace(const std::string& alias, const std::string& namespaceUri) {
+    if (m_pContext)
+        m_pContext->SetNamespaceMapValue(namespaceUri, alias);
+    else
+        m_namespaceMap[namespaceUri] = alias;
+}
+
+std::string CXmlWriter::NsIntToString(int n) {
+    const char prefix[2] = {static_cast<char>('A' + n / 26), static_cast<char>('A' + n % 26)};
+    return std::string(prefix, 2);
+}
+
+std::string CXmlWriter::GetUniquePrefix(const NamespaceMap& namespaces) {
+    for (int n = 0;; ++n) {
+        std::string prefix = NsIntToString(n);
+        bool taken = false;
+        for (const auto& entry : namespaces) {
+            if (entry.second == prefix) {
+                taken = true;
+                break;
+            }
+        }
+        if (!taken)
+            return prefix;
+    }
+}
+
+} // namespace QvXmlLib10

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "foundation/CriticalSection.h"
+#include "foundation/QvTypes.h"
+
+namespace QvXmlLib10 {
+
+// The event interface through which objects serialize themselves. The frame keeps
+// the stack of open elements and their namespace scopes and invents prefixes for
+// namespaces that have no alias; the concrete writers produce the output.
+class CXmlWriter : public CInstanceMonitor {
+public:
+    // Namespace URI to alias.
+    using NamespaceMap = std::map<std::string, std::string>;
+
+    static constexpr char XML_NAMESPACE[] = "http://www.w3.org/XML/1998/namespace";
+
+    // One open element. A context either has a namespace scope of its own (default
+    // namespace and map) or uses the scope of the nearest ancestor that has one; it
+    // takes a private copy of the map only when it declares something itself.
+    // m_pNamespaceMap always points at the map in force, inherited or own, so the map
+    // is found without walking up; only the innermost context ever gains a scope, so an
+    // inherited pointer stays the one in force for the context's whole life.
+    class CXmlWriterContext : public CInstanceMonitor {
+    public:
+        // Child element. Takes over pParent (which is left empty) and shares its scope.
+        CXmlWriterContext(const std::string& localName, const std::string& namespaceUri,
+                          std::unique_ptr<CXmlWriterContext>&& pParent);
+        // Root element: a scope of its own, copied from the given default namespace and
+        // map (a null map counts as empty). pParent is normally empty.
+        CXmlWriterContext(const std::string& localName, const std::string& namespaceUri,
+                          const std::string& defaultNamespace, const NamespaceMap* pNamespaceMap,
+                          std::unique_ptr<CXmlWriterContext>&& pParent);
+        CXmlWriterContext(const CXmlWriterContext&) = delete;
+        CXmlWriterContext& operator=(const CXmlWriterContext&) = delete;
+        // Destroys the chain of parents as well.
+        ~CXmlWriterContext() override;
+
+        // The effective default namespace and map: those of the nearest context,
+        // this one included, that has a scope of its own.
+        const std::string& GetDefaultNamespace() const;
+        const NamespaceMap& GetNamespaceMap() const;
+
+        // Both give this context a scope of its own first if it has none.
+        void SetDefaultNamespace(const std::string& namespaceUri);
+        void SetNamespaceMapValue(const std::string& namespaceUri, const std::string& alias);
+
+        // The alias in the effective map. A namespace without an entry is entered with an
+        // empty alias, so ask only for namespaces known to be there.
+        const std::string& GetNamespaceMapValue(const std::string& namespaceUri);
+        const std::string& GetNamespaceMapValue(const char* namespaceUri);
+
+        uint64_t m_childCount;
+        bool m_startTagOpen;
+        uint64_t m_depth;
+        std::string m_namespaceUri;
+        std::string m_localName;
+        std::unique_ptr<CXmlWriterContext> m_pParent;
+        bool m_hasAttributes;
+        std::string m_defaultNamespace;      // in force only while m_inheritsScope is false
+        NamespaceMap* m_pNamespaceMap;       // the map in force; owned when m_ownsNamespaceMap is set
+        bool m_inheritsScope;
+        bool m_ownsNamespaceMap;
+
+    private:
+        const CXmlWriterContext& GetScope() const;
+        // Gives this context a private copy of the inherited map (and, if asked, the
+        // inherited default namespace).
+        void OwnScope(bool copyDefaultNamespace);
+    };
+
+    explicit CXmlWriter(const char* label);
+    CXmlWriter(const CXmlWriter&) = delete;
+    CXmlWriter& operator=(const CXmlWriter&) = delete;
+
+    ~CXmlWriter() override;
+    virtual void Open();
+    // Throws if an element is still open.
+    virtual void Close();
+    virtual void SetDefaultNamespace(const std::string& namespaceUri);
+    virtual void AddNamespace(const std::string& alias, const std::string& namespaceUri);
+    virtual void WriteComment(const std::string& text) = 0;
+    virtual void WritePI(const std::string& text) = 0;
+    virtual void WriteInlineSchema(const std::string& schemaText) = 0;
+    virtual void WriteStartElement(const std::string& localName, const std::string& namespaceUri) = 0;
+    virtual void WriteString(const std::string& text, ItemType type) = 0;
+    virtual void WriteEndElement() = 0;
+    virtual void WriteAttributeString(const std::string& localName, const std::string& namespaceUri,
+                                      const std::string& value, ItemType type) = 0;
+    virtual void WriteAttributeType(const std::string& typeNamespaceUri, const std::string& typeName,
+                                    ItemType type) = 0;
+    virtual void WriteAttributeNil() = 0;
+
+    // Two-letter prefix for n: 0 is "AA", 1 "AB", 26 "BA".
+    static std::string NsIntToString(int n);
+    // The first of "AA", "AB", ... that is no alias in the given map.
+    static std::string GetUniquePrefix(const NamespaceMap& namespaces);
+
+protected:
+    std::string m_defaultNamespace;                  // set before the first element
+    std::unique_ptr<CXmlWriterContext> m_pContext;   // innermost open element, or null
+    NamespaceMap m_namespaceMap;                     // aliases set before the first element
+};
+
+} // namespace QvXmlLib10
