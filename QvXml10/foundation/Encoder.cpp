@@ -584,7 +584,7 @@ CBinaryData CEncoder::LocalCodePageToUtf8Binary(const char* text) {
             out.Commit(1);
             return;
         }
-        if (IsSurrogate(ch)) ch = '?';
+        if (IsSurrogate(ch)) ch = kReplacementChar; // and the encoder does so above U+10FFFF
         const unsigned units = Utf8Encoder::Units(ch);
         Utf8Encoder::Write(ch, units, out.Reserve(units));
         out.Commit(units);

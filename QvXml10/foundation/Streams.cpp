@@ -26,10 +26,16 @@ std::string WriteFailedFor(const std::string& path) {
 // The local text in UTF-16 little-endian: wide characters first, then the
 // UTF-32 to UTF-16 converter, which gives surrogate pairs above U+FFFF.
 CBinaryData LocalCodePageToUtf16LE(const char* text) {
-    const CBinaryData wide = CEncoder::LocalCodePageToUnicodeBinary(text);
+    CBinaryData wide = CEncoder::LocalCodePageToUnicodeBinary(text);
     const unsigned long count = wide.GetLength() / sizeof(wchar_t);
     if (count == 0) return CBinaryData();
-    const wchar_t* chars = reinterpret_cast<const wchar_t*>(wide.GetData());
+    wchar_t* chars = reinterpret_cast<wchar_t*>(wide.GetData());
+    // A locale may decode sequences to values UTF-16 can't carry (glibc's UTF-8
+    // accepts five-octet forms); they become U+FFFD, as in UTF-8 output.
+    for (unsigned long i = 0; i < count; ++i) {
+        const uint32_t ch = static_cast<uint32_t>(chars[i]);
+        if (ch > 0x10FFFF || (ch >= 0xD800 && ch <= 0xDFFF)) chars[i] = static_cast<wchar_t>(0xFFFD);
+    }
     const unsigned long units = UnicodeToUTF16(chars, count, nullptr, 0);
     if (units == 0) return CBinaryData();
 

@@ -1,0 +1,350 @@
+#include "foundation/Encoder.h"
+#include "foundation/QvException.h"
+#include "foundation/Streams.h"
+#include "TestLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+using namespace QvXmlLib10;
+
+namespace {
+
+using U8 = std::vector<unsigned char>;
+using U16 = std::vector<uint16_t>;
+using U32 = std::vector<uint32_t>;
+
+U8 Octets(const std::string& text) { return U8(text.begin(), text.end()); }
+
+std::vector<uint32_t> WideOf(const CBinaryData& data) {
+    std::vector<uint32_t> chars(data.GetLength() / sizeof(wchar_t));
+    for (size_t i = 0; i < chars.size(); ++i) {
+        wchar_t wc;
+        std::memcpy(&wc, data.GetData() + i * sizeof(wchar_t), sizeof wc);
+        chars[i] = static_cast<uint32_t>(wc);
+    }
+    return chars;
+}
+
+// Converts with a destination of `room` units and measures with a null one.
+template <class S, class T, class F>
+std::pair<std::vector<T>, unsigned long> Convert(F convert, const std::vector<S>& source, size_t room) {
+    std::vector<T> out(room + 1, T(0xEE));
+    const unsigned long written = convert(source.data(), source.data() + source.size(), out.data(), out.data() + room);
+    EXPECT_EQ(out[room], T(0xEE)) << "wrote past the destination";
+    out.resize(written);
+    const unsigned long measured = convert(source.data(), source.data() + source.size(), nullptr, nullptr);
+    return {out, measured};
+}
+
+} // namespace
+
+TEST(ConvertUTF, Utf8ToUtf32AtTheBoundaries) {
+    struct Case {
+        const char* name;
+        std::string source;
+        U32 written;
+        unsigned long measured;
+    } cases[] = {
+        {"ascii", "abc", {0x61, 0x62, 0x63}, 3},
+        {"two, three and four octets", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", {0xE9, 0x20AC, 0x1F600}, 3},
+        {"largest code point", "\xF4\x8F\xBF\xBF", {0x10FFFF}, 1},
+        {"overlong C0 80", "A\xC0\x80", {0x41}, 0},
+        {"overlong E0 80 80", "\xE0\x80\x80", {}, 0},
+        {"overlong F0 80 80 80", "z\xF0\x80\x80\x80", {0x7A}, 0},
+        {"surrogate ED A0 80", "x\xED\xA0\x80y", {0x78}, 0},
+        {"above U+10FFFF", "a\xF4\x90\x80\x80", {0x61}, 0},
+        {"five octets", "\xF8\x88\x80\x80\x80", {}, 0},
+        {"lone trailing octet", "a\x80", {0x61}, 0},
+        {"cut off by the end", "ab\xE2\x82", {0x61, 0x62}, 0},
+        {"bad trailing octet", "\xC3(", {}, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto r = Convert<unsigned char, uint32_t>(ConvertUTF8toUTF32, Octets(c.source), 16);
+        EXPECT_EQ(r.first, c.written);
+        EXPECT_EQ(r.second, c.measured);
+        // The UTF-16 direction refuses the same input.
+        auto r16 = Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, Octets(c.source), 16);
+        EXPECT_EQ(r16.second == 0, c.measured == 0);
+    }
+}
+
+TEST(ConvertUTF, Utf8ToUtf16WritesPairsAndStopsWhenFull) {
+    const U8 source = Octets("a\xF0\x9F\x98\x80" "b");
+    auto r = Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, source, 8);
+    EXPECT_EQ(r.first, (U16{0x61, 0xD83D, 0xDE00, 0x62}));
+    EXPECT_EQ(r.second, 4u);
+    // Room for the "a" and half a pair: the pair is not split.
+    EXPECT_EQ((Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, source, 2).first), U16{0x61});
+    EXPECT_EQ((Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, source, 0).first), U16{});
+}
+
+TEST(ConvertUTF, Utf32Sources) {
+    const U32 good{0x41, 0xE9, 0x20AC, 0x1F600};
+    auto to8 = Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, good, 16);
+    EXPECT_EQ(to8.first, Octets("A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"));
+    EXPECT_EQ(to8.second, 10u);
+    auto to16 = Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, good, 16);
+    EXPECT_EQ(to16.first, (U16{0x41, 0xE9, 0x20AC, 0xD83D, 0xDE00}));
+    EXPECT_EQ(to16.second, 5u);
+
+    // Above U+10FFFF: U+FFFD in UTF-8, refused in UTF-16.
+    const U32 tooLarge{0x41, 0x110000, 0x42};
+    to8 = Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, tooLarge, 16);
+    EXPECT_EQ(to8.first, Octets("A\xEF\xBF\xBD" "B"));
+    EXPECT_EQ(to8.second, 5u);
+    to16 = Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, tooLarge, 16);
+    EXPECT_EQ(to16.first, U16{0x41});
+    EXPECT_EQ(to16.second, 0u);
+
+    // Surrogate code points are refused in both.
+    const U32 surrogate{0x41, 0xDC00, 0x42};
+    to8 = Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, surrogate, 16);
+    EXPECT_EQ(to8.first, Octets("A"));
+    EXPECT_EQ(to8.second, 0u);
+    to16 = Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, surrogate, 16);
+    EXPECT_EQ(to16.first, U16{0x41});
+    EXPECT_EQ(to16.second, 0u);
+
+    // A destination too small ends the conversion before the character that doesn't fit.
+    EXPECT_EQ((Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, good, 5).first), Octets("A\xC3\xA9"));
+    EXPECT_EQ((Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, good, 4).first), (U16{0x41, 0xE9, 0x20AC}));
+}
+
+TEST(ConvertUTF, Utf16Sources) {
+    const U16 pair{0xD83D, 0xDE00, 0x41};
+    auto to32 = Convert<uint16_t, uint32_t>(ConvertUTF16toUTF32, pair, 8);
+    EXPECT_EQ(to32.first, (U32{0x1F600, 0x41}));
+    EXPECT_EQ(to32.second, 2u);
+    auto to8 = Convert<uint16_t, unsigned char>(ConvertUTF16toUTF8, pair, 8);
+    EXPECT_EQ(to8.first, Octets("\xF0\x9F\x98\x80" "A"));
+    EXPECT_EQ(to8.second, 5u);
+
+    struct Case {
+        const char* name;
+        U16 source;
+        U32 written;
+    } refused[] = {
+        {"lone low surrogate", {0x41, 0xDC00, 0x42}, {0x41}},
+        {"high surrogate cut off by the end", {0x41, 0xD83D}, {0x41}},
+        {"high surrogate without low", {0xD83D, 0x41}, {}},
+    };
+    for (const auto& c : refused) {
+        SCOPED_TRACE(c.name);
+        to32 = Convert<uint16_t, uint32_t>(ConvertUTF16toUTF32, c.source, 8);
+        EXPECT_EQ(to32.first, c.written);
+        EXPECT_EQ(to32.second, 0u);
+        EXPECT_EQ((Convert<uint16_t, unsigned char>(ConvertUTF16toUTF8, c.source, 8).second), 0u);
+    }
+}
+
+TEST(ConvertUTF, WrappersCountUnitsAndMeasureWithoutDestination) {
+    unsigned char utf8[] = "a\xC3\xA9\xF0\x9F\x98\x80";
+    wchar_t wide[8] = {};
+    EXPECT_EQ(UTF8ToUnicode(utf8, 7, nullptr, 0), 3u);
+    ASSERT_EQ(UTF8ToUnicode(utf8, 7, wide, 8), 3u);
+    EXPECT_EQ(std::wstring(wide), std::wstring(L"a\xE9\U0001F600"));
+    EXPECT_EQ(UTF8ToUnicode(utf8, 7, wide, 2), 2u);
+
+    unsigned char back[16] = {};
+    EXPECT_EQ(UnicodeToUTF8(wide, 3, nullptr, 0), 7u);
+    EXPECT_EQ(UnicodeToUTF8(wide, 3, back, 16), 7u);
+    EXPECT_EQ(std::memcmp(back, utf8, 7), 0);
+
+    // UTF-16 in machine order, also at an odd address.
+    const uint16_t units[] = {0x61, 0xE9, 0xD83D, 0xDE00};
+    for (size_t offset : {0, 1}) {
+        SCOPED_TRACE(offset);
+        alignas(4) unsigned char storage[16] = {};
+        unsigned char* out = storage + offset;
+        EXPECT_EQ(UnicodeToUTF16(wide, 3, nullptr, 0), 4u);
+        ASSERT_EQ(UnicodeToUTF16(wide, 3, out, 4), 4u);
+        EXPECT_EQ(std::memcmp(out, units, sizeof units), 0);
+        EXPECT_EQ(UnicodeToUTF16(wide, 3, out, 3), 2u);
+
+        wchar_t decoded[4] = {};
+        EXPECT_EQ(UTF16ToUnicode(out, 4, nullptr, 0), 3u);
+        ASSERT_EQ(UTF16ToUnicode(out, 4, decoded, 4), 3u);
+        EXPECT_EQ(std::wstring(decoded), std::wstring(L"a\xE9\U0001F600"));
+    }
+    EXPECT_EQ(UTF8ToUnicode(nullptr, 5, nullptr, 0), 0u);
+}
+
+TEST(ConvertUTF, LargerThanOneByteTests) {
+    EXPECT_FALSE(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(L"abc\x80", 3));
+    EXPECT_TRUE(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(L"abc\x80", 4));
+    EXPECT_TRUE(DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(L"\x7F\x100", 2));
+    unsigned char text[] = "0123456789abcdefghij\x80xyz";
+    EXPECT_FALSE(DoesUTF8StrContainAnyCharsLargerThanOneByte(text, 20));
+    EXPECT_TRUE(DoesUTF8StrContainAnyCharsLargerThanOneByte(text, 21));
+    EXPECT_TRUE(DoesUTF8StrContainAnyCharsLargerThanOneByte(text + 19, 2));
+    EXPECT_FALSE(DoesUTF8StrContainAnyCharsLargerThanOneByte(text, 0));
+}
+
+// Locale C: plain ASCII, so every non-ASCII character becomes "?".
+TEST(Encoder, Utf8ToLocalCodePageInTheCLocale) {
+    ScopedLocale locale("C");
+    ScopedAsciiOnly ascii(false);
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("plain text"), "plain text");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("caf\xC3\xA9 \xE2\x82\xAC!"), "caf? ?!");
+    // The text ends at the first invalid sequence or NUL.
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("ab\xC0\x80" "cd"), "ab");
+    unsigned char withNul[] = {'a', 'b', 0, 'c', 0xC3, 0xA9};
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul, 6), "ab");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul + 3, 3), "c?");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul, 0), "");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul, -3), "");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(static_cast<const char*>(nullptr)), "");
+
+    // With scratch space that fits and that doesn't.
+    wchar_t wide[8];
+    char narrow[8];
+    std::string longText, longExpected;
+    for (int i = 0; i < 2000; ++i) {
+        longText += "x\xC3\xA9";
+        longExpected += "x?";
+    }
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("\xC3\xA9t\xC3\xA9", wide, 8, narrow, 8), "?t?");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(longText.c_str(), wide, 8, narrow, 8), longExpected);
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(longText.c_str()), longExpected);
+}
+
+TEST(Encoder, LocalToWideAndUtf8InTheCLocale) {
+    ScopedLocale locale("C");
+    ScopedAsciiOnly ascii(false);
+    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("a\xE9" "b")), (U32{'a', '?', 'b'}));
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("a\xE9" "b")), "a?b");
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("<a>text</a>")), "<a>text</a>");
+    EXPECT_EQ(UnicodeToMultiByte(L"a\xE9" L"b"), "a?b");
+    // An empty text gives an empty value.
+    EXPECT_TRUE(CEncoder::LocalCodePageToUnicodeBinary("") == CBinaryData());
+    EXPECT_TRUE(CEncoder::LocalCodePageToUtf8Binary("") == CBinaryData());
+    EXPECT_TRUE(CEncoder::UnicodeToUtf8Binary(L"") == CBinaryData());
+    EXPECT_EQ(UnicodeToMultiByte(L""), "");
+}
+
+TEST(Encoder, UnicodeToUtf8Binary) {
+    EXPECT_EQ(Bytes(CEncoder::UnicodeToUtf8Binary(L"abc")), "abc");
+    EXPECT_EQ(Bytes(CEncoder::UnicodeToUtf8Binary(L"a\x20AC\U0001F600")), "a\xE2\x82\xAC\xF0\x9F\x98\x80");
+    // A surrogate makes the measure refuse the whole text.
+    EXPECT_EQ(CEncoder::UnicodeToUtf8Binary(L"a\xD800").GetLength(), 0u);
+}
+
+// ASCIIOnly(true): the local code page is UTF-8 and nothing is converted.
+TEST(Encoder, AsciiOnlyPassesUtf8Unchanged) {
+    ScopedLocale locale("C");
+    ScopedAsciiOnly ascii(true);
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("\xC3\xA9"), "\xC3\xA9");
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("\xC3\xA9")), "\xC3\xA9");
+    // Not even checked: the octets stay as they are.
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("\xFF\xC0\x80"), "\xFF\xC0\x80");
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("\xFF")), "\xFF");
+    unsigned char withNul[] = {'a', 0, 'b'};
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul, 3), std::string("a\0b", 3));
+    // Wide forms read and write the local text as UTF-8.
+    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xFF" "a")), (U32{0xE9, '?', 'a'}));
+    EXPECT_EQ(UnicodeToMultiByte(L"\xE9\x20AC"), "\xC3\xA9\xE2\x82\xAC");
+}
+
+TEST(Encoder, Utf16IsRefusedWithALogicError) {
+    unsigned char data[] = {0x61, 0x00};
+    try {
+        CEncoder::Utf16ToLocalCodePage(data, 2);
+        FAIL() << "no exception";
+    } catch (const CQvException&) {
+        FAIL() << "a library exception";
+    } catch (const std::logic_error&) {
+    }
+}
+
+// The tests below run under a UTF-8 locale (C.UTF-8), restored afterwards.
+TEST(EncoderUtf8Locale, Utf8ToLocalCodePageKeepsLongNonAsciiText) {
+    REQUIRE_UTF8_LOCALE(locale);
+    ScopedAsciiOnly ascii(false);
+    std::string text;
+    for (int i = 0; i < 3000; ++i) text += "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 x";
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(text.c_str()), text);
+    wchar_t wide[128];
+    char narrow[512];
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(text.c_str(), wide, 128, narrow, 512), text);
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("\xC3\xA9t", wide, 128, narrow, 512), "\xC3\xA9t");
+
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("\xC3\xA9\xED\xA0\x80zz"), "\xC3\xA9");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("\xC3\xA9\xE2\x82"), "\xC3\xA9");
+    unsigned char withNul[] = {0xC3, 0xA9, 0, 'x'};
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul, 4), "\xC3\xA9");
+}
+
+TEST(EncoderUtf8Locale, UnicodeToMultiByteSizesMultibyteOutput) {
+    REQUIRE_UTF8_LOCALE(locale);
+    ScopedAsciiOnly ascii(false);
+    std::wstring wide;
+    std::string expected;
+    for (int i = 0; i < 3000; ++i) {
+        wide += L"\xE9\x20AC\U0001F600";
+        expected += "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+    }
+    EXPECT_EQ(UnicodeToMultiByte(wide.c_str()), expected);
+    // Unrepresentable wide values become "?".
+    EXPECT_EQ(UnicodeToMultiByte(L"a\xD800" L"b"), "a?b");
+}
+
+TEST(EncoderUtf8Locale, LocalTextToWideAndUtf8) {
+    REQUIRE_UTF8_LOCALE(locale);
+    ScopedAsciiOnly ascii(false);
+    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xF0\x9F\x98\x80")), (U32{0xE9, 0x1F600}));
+    // One "?" for each offending octet, including a sequence cut off at the end.
+    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xC3(\xE2\x82")),
+              (U32{0xE9, '?', '(', '?', '?'}));
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("\xC3\xA9")), "\xC3\xA9");
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("a\xC3(\xE2\x82")), "a?(??");
+
+    std::string text;
+    for (int i = 0; i < 3000; ++i) text += "<\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80>";
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary(text.c_str())), text);
+}
+
+TEST(EncoderUtf8Locale, EncodedStreamForEachEncoding) {
+    REQUIRE_UTF8_LOCALE(locale);
+    ScopedAsciiOnly ascii(false);
+    const char* text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+    const std::string utf16le("a\0\xE9\0\xAC\x20\x3D\xD8\x00\xDE", 10);
+    for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoDecl}) {
+        SCOPED_TRACE(encoding);
+        CTextStream stream(encoding);
+        stream.Append(text);
+        EXPECT_EQ(Bytes(stream.GetEncodedStream()), encoding == XmlEncoding_UTF8 ? std::string(text) : utf16le);
+        stream.Open();
+        EXPECT_EQ(stream.GetEncodedStream().GetLength(), 0u);
+    }
+
+    // Long text across many blocks.
+    CTextStream stream(XmlEncoding_UTF16);
+    std::string expected;
+    for (int i = 0; i < 2000; ++i) {
+        stream.Append(text);
+        expected += utf16le;
+    }
+    EXPECT_EQ(Bytes(stream.GetEncodedStream()), expected);
+
+    // A five-octet form, which the platform decodes beyond U+10FFFF, becomes U+FFFD.
+    CTextStream odd(XmlEncoding_UTF16);
+    odd.Append("\xF8\x88\x80\x80\x80");
+    EXPECT_EQ(Bytes(odd.GetEncodedStream()), "\xFD\xFF");
+}
+
+TEST(Encoder, EncodedStreamUnderAsciiOnlyReadsUtf8) {
+    ScopedLocale locale("C");
+    ScopedAsciiOnly ascii(true);
+    CTextStream utf8(XmlEncoding_UTF8);
+    utf8.Append("\xC3\xA9\xFF");
+    EXPECT_EQ(Bytes(utf8.GetEncodedStream()), "\xC3\xA9\xFF");
+    CTextStream utf16(XmlEncoding_UTF16NoDecl);
+    utf16.Append("\xC3\xA9");
+    EXPECT_EQ(Bytes(utf16.GetEncodedStream()), std::string("\xE9\0", 2));
+}
