@@ -5,3 +5,22 @@
 #include "foundation/QvTypes.h"
 #include "foundation/QvException.h"
 #include "foundation/CriticalSection.h"
+#include "foundation/Encoder.h"
+#include "foundation/BinaryData.h"
+#include "foundation/Base64.h"
+#include "foundation/Streams.h"
+#include "foundation/Utilities.h"
+
+#include "document/NamespaceAliasMap.h"
+#include "document/XmlDocument.h"
+#include "document/ExpatReader.h"
+#include "document/XmlWriter.h"
+
+#include "values/Conversions.h"
+
+#include "validation/WhitespaceUtils.h"
+#include "validation/RegEx.h"
+
+#include "binding/SmartPtr.h"
+#include "binding/XmlSerializationContext.h"
+#include "binding/XmlObjectBase.h"

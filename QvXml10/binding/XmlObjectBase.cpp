@@ -1,0 +1,219 @@
+#include "binding/XmlObjectBase.h"
+
+#include "document/XmlDocument.h"
+#include "foundation/QvException.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace QvXmlLib10 {
+
+int g_nMajor = 0;
+int g_nMinor = 0;
+bool ASYNC_FROMXMLFILE = false;
+
+namespace {
+
+const int RUNTIME_MAJOR = 10;
+const int RUNTIME_MINOR = 1;
+
+bool IsVersionValid() { return g_nMajor == RUNTIME_MAJOR && g_nMinor == RUNTIME_MINOR; }
+
+void PrintVersionBanner(FILE* stream) {
+    std::fputs("\n-----------------Version Mismatch-----------------\n", stream);
+    std::fputs("Quiver Works XML 2012 - Version Mismatch Error\n", stream);
+    std::fputs(FormatString("Please ensure your generated code is the same version as this library (Quiver Runtime: "
+                            "v%d.%d, Generator: v%d.%d).\n",
+                            RUNTIME_MAJOR, RUNTIME_MINOR, g_nMajor, g_nMinor)
+                   .c_str(),
+               stream);
+    std::fflush(stream);
+}
+
+void PrintVersionBanners() {
+    PrintVersionBanner(stdout);
+    PrintVersionBanner(stderr);
+}
+
+} // namespace
+
+void SetGeneratorVersion(int major, int minor) {
+    g_nMajor = major;
+    g_nMinor = minor;
+}
+
+void AsyncFromXmlFile(bool async) { ASYNC_FROMXMLFILE = async; }
+
+void CXmlObjectBase::CheckVersion() {
+    if (IsVersionValid()) return;
+    PrintVersionBanners();
+    throw CQvException(FormatString("Wrong Version (Quiver Runtime: v%d.%d, Generator: v%d.%d)", RUNTIME_MAJOR,
+                                    RUNTIME_MINOR, g_nMajor, g_nMinor));
+}
+
+CXmlObjectBase::CXmlObjectBase() : m_refCount(0) {
+    // Only the first object of the process reports a mismatch, and it does not throw:
+    // objects can be built, their conversions fail.
+    static bool bMsgCreated = false;
+    if (!bMsgCreated) {
+        bMsgCreated = true;
+        if (!IsVersionValid()) PrintVersionBanners();
+    }
+}
+
+CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& other)
+    : IEventSink(other), m_elementName(other.m_elementName), m_refCount(0) {}
+
+CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& other) {
+    m_elementName = other.m_elementName;
+    return *this;
+}
+
+CXmlObjectBase::~CXmlObjectBase() {}
+
+long CXmlObjectBase::AddRef() {
+    m_cs.Enter();
+    const long count = ++m_refCount;
+    m_cs.Leave();
+    return count;
+}
+
+long CXmlObjectBase::Release() {
+    m_cs.Enter();
+    const long count = --m_refCount;
+    m_cs.Leave();
+    if (count == 0) delete this;
+    return count;
+}
+
+std::string CXmlObjectBase::GetElementName() const { return m_elementName; }
+
+void CXmlObjectBase::SetElementName(const char* name) { m_elementName = name ? name : ""; }
+
+void CXmlObjectBase::OnEvent(CXmlObjectBase* /*source*/, MsgType /*type*/, void* /*data*/) {}
+
+CXmlObjectBase* CXmlObjectBase::GetBase() const { return const_cast<CXmlObjectBase*>(this)->GetBase(); }
+
+// ---------------------------------------------------------------------------------------------
+// Reading entry points: each builds a document, loads it and hands its root to FromXml_Int.
+
+void CXmlObjectBase::FromXmlFile(const char* path, const CXmlSerializationContext& context) {
+    CheckVersion();
+    CXmlDocument document(context);
+    document.Load(path);
+    CXmlElement* root = document.GetDocumentElement();
+    FromXml_Int(root, root->GetFirstElement(), context, false);
+}
+
+void CXmlObjectBase::FromXml(const char* text, const CXmlSerializationContext& context) {
+    CheckVersion();
+    CXmlDocument document(context);
+    document.LoadXml(text);
+    CXmlElement* root = document.GetDocumentElement();
+    FromXml_Int(root, root->GetFirstElement(), context, false);
+}
+
+void CXmlObjectBase::FromXml(const wchar_t* text, const CXmlSerializationContext& context) {
+    CheckVersion();
+    CXmlDocument document(context);
+    document.LoadXml(text);
+    CXmlElement* root = document.GetDocumentElement();
+    FromXml_Int(root, root->GetFirstElement(), context, false);
+}
+
+void CXmlObjectBase::FromXmlStream(unsigned char* data, unsigned long length,
+                                   const CXmlSerializationContext& context) {
+    CheckVersion();
+    CXmlDocument document(context);
+    document.LoadXmlStream(data, length);
+    CXmlElement* root = document.GetDocumentElement();
+    FromXml_Int(root, root->GetFirstElement(), context, false);
+}
+
+CXmlElement* CXmlObjectBase::FromXmlElement(const CXmlElement* element, const CXmlSerializationContext& context) {
+    CheckVersion();
+    CXmlElement* mutableElement = const_cast<CXmlElement*>(element);
+    return FromXml_Int(mutableElement, mutableElement ? mutableElement->GetFirstElement() : nullptr, context, false);
+}
+
+// ---------------------------------------------------------------------------------------------
+
+void CXmlObjectBase::AttributesToXml_Int(CXmlWriter* /*writer*/, const CXmlSerializationContext& /*context*/) const {}
+
+void CXmlObjectBase::AttributesToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer,
+                                         const CXmlSerializationContext& context) {
+    object->AttributesToXml_Int(writer, context);
+}
+
+void CXmlObjectBase::ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot,
+                               const char* namespaceUri, const CXmlSerializationContext& context,
+                               bool isChoiceMember) {
+    object->ToXml_Int(writer, isRoot, namespaceUri, context, isChoiceMember);
+}
+
+CXmlElement* CXmlObjectBase::FromXml_Int(CXmlObjectBase* object, CXmlElement* element, CXmlElement* firstChild,
+                                         const CXmlSerializationContext& context) {
+    return object->FromXml_Int(element, firstChild, context, false);
+}
+
+void CXmlObjectBase::Throw_IfPropertyIsNull(CXmlObjectBase* value, const char* name) {
+    if (value == nullptr)
+        throw CQvInvalidParamException(FormatString("The Property [%s] is mandatory, it may node be NULL", name));
+}
+
+void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* value, const char* name) {
+    if (value == nullptr) return;
+    const std::string elementName = value->GetBase()->GetElementName();
+    if (std::strcmp(elementName.c_str(), name ? name : "") != 0) {
+        throw CQvInvalidParamException(FormatString(
+            "This property requrires an element with the name %s the element being set has the element name %s",
+            name, elementName.c_str()));
+    }
+}
+
+void CXmlObjectBase::Choice_SetElementValid(bool valid, const char* name, std::string& selected) {
+    if (!valid) {
+        selected.clear();
+        return;
+    }
+    if (selected == name) {
+        selected = name;
+        return;
+    }
+    throw CQvInvalidStateException(FormatString(
+        "The Property %s is already set. Only one element within this class bay be set at a time", selected.c_str()));
+}
+
+void CXmlObjectBase::Choice_SelectElement(const char* name, CXmlObjectBase* value, std::string& selected) {
+    if (selected == name) {
+        if (value == nullptr) selected.clear();
+        return;
+    }
+    if (selected.empty()) {
+        selected = name;
+        return;
+    }
+    if (value != nullptr) {
+        throw CQvInvalidStateException(
+            FormatString("The Property [%s] is already set. Only one element within this class bay be set at a time",
+                         selected.c_str()));
+    }
+}
+
+void CXmlObjectBase::Choice_CollectionChanged(const char* name, long count, std::string& selected) {
+    if (selected == name) {
+        if (count == 0) selected.clear();
+        return;
+    }
+    if (selected.empty()) {
+        if (count > 0) selected = name;
+        return;
+    }
+    if (count != 0) {
+        throw CQvInvalidStateException(
+            FormatString("The Property [%s] is already set. Only one element within this class bay be set at a time",
+                         selected.c_str()));
+    }
+}
+
+} // namespace QvXmlLib10

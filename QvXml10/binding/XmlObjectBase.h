@@ -1,0 +1,123 @@
+#pragma once
+
+#include "binding/SmartPtr.h"
+#include "binding/XmlSerializationContext.h"
+#include "foundation/CriticalSection.h"
+#include "foundation/QvTypes.h"
+
+#include <string>
+
+namespace QvXmlLib10 {
+
+class CXmlObjectBase;
+class CXmlElement;
+class CXmlWriter;
+
+// Receives the events of collections.
+class IEventSink {
+public:
+    enum MsgType : int32_t {
+        MsgType_Change = 0,
+        MsgType_Add = 1,
+        MsgType_AddComplete = 2,
+        MsgType_Remove = 3,
+        MsgType_RemoveComplete = 4
+    };
+
+    virtual void OnEvent(CXmlObjectBase* source, MsgType type, void* data) = 0;
+
+protected:
+    ~IEventSink() = default;
+};
+
+// Implemented by objects that can be nil in XML.
+class INillable {
+public:
+    virtual bool GetIsNil() = 0;
+    virtual void SetIsNil(bool isNil) = 0;
+
+protected:
+    ~INillable() = default;
+};
+
+// The generator's version, set by SetGeneratorVersion; 10.1 matches this runtime.
+extern int g_nMajor;
+extern int g_nMinor;
+
+// Declares the version of the generated code. Call before the first object is created.
+void SetGeneratorVersion(int major, int minor);
+
+// Accepted for compatibility; reading from a file is always synchronous.
+void AsyncFromXmlFile(bool async);
+extern bool ASYNC_FROMXMLFILE;
+
+// Root of everything that binds to XML. Reference counted: a new object has count 0
+// and is deleted by the Release that brings the count back to 0.
+class CXmlObjectBase : public IEventSink {
+public:
+    CXmlObjectBase();
+    CXmlObjectBase(const CXmlObjectBase& other);
+    CXmlObjectBase& operator=(const CXmlObjectBase& other);
+
+    long AddRef();
+    long Release();
+
+    std::string GetElementName() const;
+    void SetElementName(const char* name);
+
+    void OnEvent(CXmlObjectBase* source, MsgType type, void* data) override;
+    virtual CXmlObjectBase* GetBase() = 0;
+    CXmlObjectBase* GetBase() const;
+
+    // Reading entry points.
+    virtual void FromXmlFile(const char* path,
+                             const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+    virtual void FromXml(const char* text,
+                         const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+    virtual void FromXml(const wchar_t* text,
+                         const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+    virtual void FromXmlStream(unsigned char* data, unsigned long length,
+                               const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+    // Reads from a parsed element; returns what FromXml_Int returns.
+    virtual CXmlElement* FromXmlElement(
+        const CXmlElement* element, const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+
+    virtual ~CXmlObjectBase();
+
+    virtual std::string GetTargetNamespace() const = 0;
+    virtual std::string GetNamespace() const = 0;
+
+    static void AttributesToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer,
+                                    const CXmlSerializationContext& context);
+    static void ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot, const char* namespaceUri,
+                          const CXmlSerializationContext& context, bool isChoiceMember);
+    static CXmlElement* FromXml_Int(CXmlObjectBase* object, CXmlElement* element, CXmlElement* firstChild,
+                                    const CXmlSerializationContext& context);
+
+    // Argument checks used by generated setters.
+    static void Throw_IfPropertyIsNull(CXmlObjectBase* value, const char* name);
+    static void Throw_IfElementNameDiffers(CXmlObjectBase* value, const char* name);
+
+    // Bookkeeping of the selected member of a choice, kept by generated setters in `selected`.
+    static void Choice_SetElementValid(bool valid, const char* name, std::string& selected);
+    static void Choice_SelectElement(const char* name, CXmlObjectBase* value, std::string& selected);
+    static void Choice_CollectionChanged(const char* name, long count, std::string& selected);
+
+protected:
+    virtual void AttributesToXml_Int(CXmlWriter* writer, const CXmlSerializationContext& context) const;
+    virtual void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri,
+                           const CXmlSerializationContext& context, bool isChoiceMember) const = 0;
+    // Reads this object from `element`, walking its children from `firstChild`; returns
+    // the first child element left to read.
+    virtual CXmlElement* FromXml_Int(CXmlElement* element, CXmlElement* firstChild,
+                                     const CXmlSerializationContext& context, bool isChoiceMember) = 0;
+
+    // Prints the version banner and throws unless the generator's version is this runtime's.
+    static void CheckVersion();
+
+    std::string m_elementName;
+    CQVCriticalSection m_cs;
+    long m_refCount;
+};
+
+} // namespace QvXmlLib10

@@ -1,0 +1,328 @@
+#include "document/XmlDocument.h"
+
+#include "binding/XmlSerializationContext.h"
+#include "document/ExpatReader.h"
+#include "foundation/QvException.h"
+
+#include <cstring>
+#include <cwchar>
+
+namespace QvXmlLib10 {
+
+namespace {
+
+const char XSI_NAMESPACE[] = "http://www.w3.org/2001/XMLSchema-instance";
+const char XMLNS_NAMESPACE[] = "http://www.w3.org/2000/xmlns/";
+
+bool IsInstanceNamespace(const std::string& uri) { return uri == XSI_NAMESPACE || uri == XMLNS_NAMESPACE; }
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------------
+// CXmlAttribute
+
+CXmlAttribute::CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri)
+    : CInstanceMonitor("CXmlAttribute"), m_localName(localName), m_value(value), m_namespaceUri(namespaceUri) {}
+
+CXmlAttribute::CXmlAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
+                             const char* namespaceUri, size_t namespaceLength)
+    : CInstanceMonitor("CXmlAttribute"),
+      m_localName(localName, localLength),
+      m_value(value, valueLength),
+      m_namespaceUri(namespaceUri, namespaceLength) {}
+
+CXmlAttribute::~CXmlAttribute() {}
+
+bool CXmlAttribute::IsNilAttribute() const { return IsInstanceNamespace(m_namespaceUri) && m_localName == "nil"; }
+
+bool CXmlAttribute::IsNamespaceAttribute() const {
+    return IsInstanceNamespace(m_namespaceUri) &&
+           (m_localName == "xmlns" || m_localName == "type" || m_localName == "schemaLocation" ||
+            m_localName == "noNamespaceSchemaLocation");
+}
+
+// ---------------------------------------------------------------------------------------------
+// CXmlElement
+
+CXmlElement::CXmlElement(const CXmlDocument* document)
+    : CInstanceMonitor("CXmlElement"), m_pDocument(document), m_pLastChild(nullptr) {}
+
+CXmlElement::~CXmlElement() {
+    // Destroy the subtree without recursion, so that neither long sibling lists nor
+    // deep nesting can exhaust the stack: each child's own children are spliced into
+    // the list ahead of its next sibling before the child is destroyed.
+    std::unique_ptr<CXmlElement> child = std::move(m_pFirstChild);
+    m_pLastChild = nullptr;
+    while (child) {
+        if (child->m_pFirstChild) {
+            child->m_pLastChild->m_pNextSibling = std::move(child->m_pNextSibling);
+            child->m_pNextSibling = std::move(child->m_pFirstChild);
+            child->m_pLastChild = nullptr;
+        }
+        std::unique_ptr<CXmlElement> next = std::move(child->m_pNextSibling);
+        child.reset();
+        child = std::move(next);
+    }
+}
+
+const std::string& CXmlElement::GetAttribute(const std::string& localName, const std::string& namespaceUri) const {
+    for (const auto& attribute : m_attributes) {
+        if (attribute->m_localName == localName && attribute->m_namespaceUri == namespaceUri) return attribute->m_value;
+    }
+    static const std::string empty;
+    return empty;
+}
+
+void CXmlElement::AppendText(const char* text, int length) {
+    if (length <= 0) return;
+    const size_t needed = m_text.size() + static_cast<size_t>(length);
+    // Text arrives in many small pieces: grow by doubling so the total cost stays linear.
+    if (!m_text.empty() && m_text.capacity() < needed) m_text.reserve(std::max(needed, 2 * m_text.capacity()));
+    m_text.append(text, static_cast<size_t>(length));
+}
+
+void CXmlElement::AppendText(const char* text) {
+    if (text) AppendText(text, static_cast<int>(std::strlen(text)));
+}
+
+CXmlElement* CXmlElement::CreateNewChildElement() {
+    std::unique_ptr<CXmlElement> child(new CXmlElement(m_pDocument));
+    CXmlElement* raw = child.get();
+    if (m_pLastChild)
+        m_pLastChild->m_pNextSibling = std::move(child);
+    else
+        m_pFirstChild = std::move(child);
+    m_pLastChild = raw;
+    return raw;
+}
+
+void CXmlElement::AddAttribute(const std::string& localName, const std::string& value,
+                               const std::string& namespaceUri) {
+    m_attributes.emplace_back(new CXmlAttribute(localName, value, namespaceUri));
+}
+
+void CXmlElement::AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
+                               const char* namespaceUri, size_t namespaceLength) {
+    m_attributes.emplace_back(
+        new CXmlAttribute(localName, localLength, value, valueLength, namespaceUri, namespaceLength));
+}
+
+CXmlElement* CXmlElement::RemoveLastChildElement() {
+    if (!m_pFirstChild) return nullptr;
+    if (m_pFirstChild.get() == m_pLastChild) {
+        m_pLastChild = nullptr;
+        return m_pFirstChild.release();
+    }
+    CXmlElement* beforeLast = m_pFirstChild.get();
+    while (beforeLast->m_pNextSibling.get() != m_pLastChild) beforeLast = beforeLast->m_pNextSibling.get();
+    CXmlElement* last = beforeLast->m_pNextSibling.release();
+    m_pLastChild = beforeLast;
+    return last;
+}
+
+// ---------------------------------------------------------------------------------------------
+// CXmlDocument
+
+CXmlDocument::CXmlDocument() : CXmlDocument(nullptr, CXmlSerializationContext::m_defaultContext) {}
+
+CXmlDocument::CXmlDocument(const CXmlSerializationContext& context) : CXmlDocument(nullptr, context) {}
+
+CXmlDocument::CXmlDocument(ElementHook hook) : CXmlDocument(hook, CXmlSerializationContext::m_defaultContext) {}
+
+CXmlDocument::CXmlDocument(ElementHook hook, const CXmlSerializationContext& context)
+    : CInstanceMonitor("CXmlDocument"), m_pElementHook(hook), m_pContext(&context) {
+    Init();
+}
+
+CXmlDocument::~CXmlDocument() { CXmlDocument::Cleanup(); }
+
+void CXmlDocument::Init() {
+    m_pData.reset();
+    m_dataLength = 0;
+    m_pDocumentElement.reset();
+    m_schemaType = m_pContext->GetSchemaType();
+}
+
+void CXmlDocument::Cleanup() {
+    m_elementStack.clear();
+    m_pDocumentElement.reset();
+    m_pData.reset();
+    m_dataLength = 0;
+    m_namespaceAliases.clear();
+}
+
+std::string CXmlDocument::LookupNamespaceFromAlias(const char* alias) const {
+    auto found = m_namespaceAliases.find(alias ? alias : "");
+    return found == m_namespaceAliases.end() ? std::string() : found->second;
+}
+
+CXmlElement* CXmlDocument::AddElement_Int(const char* namespaceUri, size_t namespaceLength, const char* localName,
+                                          size_t localLength) {
+    CXmlElement* element;
+    if (!m_pDocumentElement) {
+        m_pDocumentElement.reset(new CXmlElement(this));
+        element = m_pDocumentElement.get();
+    } else {
+        if (m_elementStack.empty()) throw CQvException("The document has no open element to add a child element to");
+        element = m_elementStack.back()->CreateNewChildElement();
+    }
+    element->m_namespaceUri.assign(namespaceUri, namespaceLength);
+    element->m_localName.assign(localName, localLength);
+    m_elementStack.push_back(element);
+    return element;
+}
+
+CXmlElement* CXmlDocument::AddDocElement(const char* namespaceUri, const char* localName) {
+    m_pDocumentElement.reset(new CXmlElement(this));
+    CXmlElement* element = m_pDocumentElement.get();
+    element->m_namespaceUri = namespaceUri ? namespaceUri : "";
+    element->m_localName = localName ? localName : "";
+    m_elementStack.push_back(element);
+    return element;
+}
+
+CXmlElement* CXmlDocument::AddChildElement(const char* namespaceUri, const char* localName) {
+    if (m_elementStack.empty()) throw CQvException("The document has no open element to add a child element to");
+    CXmlElement* element = m_elementStack.back()->CreateNewChildElement();
+    element->m_namespaceUri = namespaceUri ? namespaceUri : "";
+    element->m_localName = localName ? localName : "";
+    m_elementStack.push_back(element);
+    return element;
+}
+
+void CXmlDocument::AddElementAttribute(CXmlElement* element, const std::string& localName, const std::string& value,
+                                       const std::string& namespaceUri) {
+    element->AddAttribute(localName, value, namespaceUri);
+}
+
+void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text, unsigned long length) {
+    if (length == 0 || text == nullptr || text[0] == '\0') return;
+    const char* end = text + length;
+    const char* runStart = text;
+    const char* p = text;
+    // One pass: find the end of the text (length or NUL) and hand over each run without '\r'.
+    for (; p != end && *p != '\0'; ++p) {
+        if (*p == '\r') {
+            if (p != runStart) element->AppendText(runStart, static_cast<int>(p - runStart));
+            runStart = p + 1;
+        }
+    }
+    if (p != runStart) element->AppendText(runStart, static_cast<int>(p - runStart));
+}
+
+void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text) {
+    AppendTextExcludingCR(element, text, 0xFFFFFFFFUL);
+}
+
+void CXmlDocument::EndElement() {
+    if (m_elementStack.empty()) return;
+    CXmlElement* element = m_elementStack.back();
+    m_elementStack.pop_back();
+    if (m_pElementHook && m_pElementHook(element) && !m_elementStack.empty()) {
+        std::unique_ptr<CXmlElement> removed(m_elementStack.back()->RemoveLastChildElement());
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Loading
+
+void CXmlDocument::TakeData(const unsigned char* data, uint64_t length) {
+    m_pData.reset(new unsigned char[length]);
+    std::memcpy(m_pData.get(), data, length);
+    m_dataLength = length;
+}
+
+void CXmlDocument::LoadXml(const char* text) {
+    Cleanup();
+    const size_t length = text ? std::strlen(text) : 0;
+    m_dataLength = length;
+    if (length == 0) throw CQvException("XML String is empty!");
+    TakeData(reinterpret_cast<const unsigned char*>(text), length);
+    ParseText();
+}
+
+void CXmlDocument::LoadXml(const wchar_t* text) {
+    Cleanup();
+    const size_t length = text ? std::wcslen(text) : 0;
+    m_dataLength = length;
+    if (length == 0) throw CQvException("XML String is empty!");
+    // UTF-16 little-endian behind a byte order mark; characters above U+FFFF are cut to
+    // their low 16 bits.
+    const uint64_t bytes = 2 * (static_cast<uint64_t>(length) + 1);
+    m_pData.reset(new unsigned char[bytes]);
+    unsigned char* out = m_pData.get();
+    *out++ = 0xFF;
+    *out++ = 0xFE;
+    for (size_t i = 0; i < length; ++i) {
+        const uint32_t unit = static_cast<uint32_t>(text[i]) & 0xFFFFu;
+        *out++ = static_cast<unsigned char>(unit & 0xFF);
+        *out++ = static_cast<unsigned char>(unit >> 8);
+    }
+    m_dataLength = bytes;
+    ParseText();
+}
+
+void CXmlDocument::LoadXmlStream(unsigned char* data, unsigned long length) {
+    Cleanup();
+    m_dataLength = length;
+    if (length == 0 || data == nullptr) throw CQvException("XML Stream is empty!");
+    TakeData(data, length);
+    Parse();
+}
+
+namespace {
+
+struct FileCloser {
+    void operator()(FILE* file) const { std::fclose(file); }
+};
+
+// The "[%n]" messages keep their format; the conversion stores the count of characters
+// written so far into a local, which shows nothing behind "Error [".
+std::string FileErrorMessage(const char* format, const char* path) {
+    int written = 0;
+    return FormatString(format, path, &written);
+}
+
+} // namespace
+
+void CXmlDocument::Load(const char* path) {
+    Cleanup();
+    const char* shownPath = path ? path : "";
+    std::unique_ptr<FILE, FileCloser> file(path ? std::fopen(path, "rt") : nullptr);
+    if (!file) throw CQvException(FormatString("Failed to open the file [%s]", shownPath));
+
+    const long size = _filelength(file.get());
+    if (size == -1) {
+        file.reset();
+        throw CQvException(FileErrorMessage("Failed to get the size of the file [%s] Error [%n]", shownPath));
+    }
+    m_pData.reset(new unsigned char[static_cast<size_t>(size) + (size == 0 ? 1 : 0)]);
+    m_dataLength = static_cast<uint64_t>(size);
+    const size_t read = std::fread(m_pData.get(), 1, static_cast<size_t>(size), file.get());
+    if (read == 0 || read != static_cast<size_t>(size)) {
+        file.reset();
+        throw CQvException(FileErrorMessage("Failed to read the contents of the file [%s] Error [%n]", shownPath));
+    }
+    file.reset();
+    Parse();
+}
+
+void CXmlDocument::Parse() { ParseText(); }
+
+void CXmlDocument::ParseText() {
+    CExpatReader reader(*this);
+    reader.CreateParser();
+    reader.Parse(true);
+}
+
+long _filelength(FILE* file) {
+    const long position = std::ftell(file);
+    if (position == -1) return -1;
+    if (std::fseek(file, 0, SEEK_END) != 0) return -1;
+    const long size = std::ftell(file);
+    if (size == -1) return -1;
+    if (std::fseek(file, position, SEEK_SET) != 0) return -1;
+    return size;
+}
+
+} // namespace QvXmlLib10

@@ -1,0 +1,160 @@
+#pragma once
+
+#include "foundation/CriticalSection.h"
+#include "foundation/QvTypes.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace QvXmlLib10 {
+
+class CXmlDocument;
+class CXmlSerializationContext;
+class CExpatReader;
+
+// An attribute of the document tree; immutable after construction.
+class CXmlAttribute : public CInstanceMonitor {
+public:
+    CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
+    ~CXmlAttribute() override;
+
+    const std::string& GetLocalName() const { return m_localName; }
+    const std::string& GetValue() const { return m_value; }
+    const std::string& GetNamespaceURI() const { return m_namespaceUri; }
+
+    // xsi:nil (also accepted in the xmlns namespace).
+    bool IsNilAttribute() const;
+    // xmlns, xsi:type, xsi:schemaLocation, xsi:noNamespaceSchemaLocation: skipped by the
+    // binding instead of being reported as unknown.
+    bool IsNamespaceAttribute() const;
+
+private:
+    friend class CXmlElement;
+    CXmlAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
+                  const char* namespaceUri, size_t namespaceLength);
+
+    std::string m_localName;
+    std::string m_value;
+    std::string m_namespaceUri;
+};
+
+// An element of the document tree: its names, attributes, the concatenated character
+// data directly inside it, and a singly linked list of children.
+class CXmlElement : public CInstanceMonitor {
+public:
+    explicit CXmlElement(const CXmlDocument* document);
+    ~CXmlElement() override;
+
+    CXmlElement(const CXmlElement&) = delete;
+    CXmlElement& operator=(const CXmlElement&) = delete;
+
+    CXmlElement* GetFirstElement() const { return m_pFirstChild.get(); }
+    CXmlElement* GetNextSiblingElement() const { return m_pNextSibling.get(); }
+
+    const std::string& GetNamespaceURI() const { return m_namespaceUri; }
+    const std::string& GetLocalName() const { return m_localName; }
+    const std::string& GetText() const { return m_text; }
+    const std::vector<std::unique_ptr<CXmlAttribute>>& GetAttributes() const { return m_attributes; }
+
+    // The value of the first attribute matching both names, or a shared empty string.
+    const std::string& GetAttribute(const std::string& localName, const std::string& namespaceUri) const;
+
+    void SetElementName(const std::string& name) { m_localName = name; }
+    void SetNamespace(const std::string& namespaceUri) { m_namespaceUri = namespaceUri; }
+
+    void AppendText(const char* text, int length);
+    void AppendText(const char* text);
+
+    CXmlElement* CreateNewChildElement();
+    void AddAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
+    // Unlinks the last child; the caller owns it. Null when there is no child.
+    CXmlElement* RemoveLastChildElement();
+
+private:
+    friend class CXmlDocument;
+    friend class CExpatReader;
+
+    void AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
+                      const char* namespaceUri, size_t namespaceLength);
+
+    const CXmlDocument* m_pDocument;
+    std::unique_ptr<CXmlElement> m_pNextSibling;
+    std::unique_ptr<CXmlElement> m_pFirstChild;
+    CXmlElement* m_pLastChild;
+    std::vector<std::unique_ptr<CXmlAttribute>> m_attributes;
+    std::string m_text;
+    std::string m_localName;
+    std::string m_namespaceUri;
+};
+
+// The document tree of one load: built by a parser through the build operations,
+// read by the binding, destroyed with the document.
+class CXmlDocument : public CInstanceMonitor {
+public:
+    // Called for each element when its end tag is read; returning true removes the
+    // element from its parent (text input only).
+    typedef bool (*ElementHook)(CXmlElement* element);
+
+    CXmlDocument();
+    explicit CXmlDocument(const CXmlSerializationContext& context);
+    explicit CXmlDocument(ElementHook hook);
+    CXmlDocument(ElementHook hook, const CXmlSerializationContext& context);
+    ~CXmlDocument() override;
+
+    CXmlDocument(const CXmlDocument&) = delete;
+    CXmlDocument& operator=(const CXmlDocument&) = delete;
+
+    // Destroys the tree and the raw data; keeps schema type, hook and context.
+    virtual void Cleanup();
+
+    CXmlElement* GetDocumentElement() const { return m_pDocumentElement.get(); }
+    // The last declaration of the prefix anywhere in the document; empty if never declared.
+    std::string LookupNamespaceFromAlias(const char* alias) const;
+
+    // Loading. LoadXml goes to the text parser only; Load and LoadXmlStream go
+    // through format detection.
+    void LoadXml(const char* text);
+    void LoadXml(const wchar_t* text);
+    void Load(const char* path);
+    void LoadXmlStream(unsigned char* data, unsigned long length);
+
+    // Build operations used by the parsers.
+    CXmlElement* AddDocElement(const char* namespaceUri, const char* localName);
+    CXmlElement* AddChildElement(const char* namespaceUri, const char* localName);
+    static void AddElementAttribute(CXmlElement* element, const std::string& localName, const std::string& value,
+                                    const std::string& namespaceUri);
+    // Appends up to `length` bytes or up to the first NUL, leaving out every carriage return.
+    static void AppendTextExcludingCR(CXmlElement* element, const char* text, unsigned long length);
+    static void AppendTextExcludingCR(CXmlElement* element, const char* text);
+    void EndElement();
+
+protected:
+    void Init();
+    void Parse();
+    void ParseText();
+
+private:
+    friend class CExpatReader;
+
+    CXmlElement* AddElement_Int(const char* namespaceUri, size_t namespaceLength, const char* localName,
+                                size_t localLength);
+    void TakeData(const unsigned char* data, uint64_t length);
+
+    std::unique_ptr<CXmlElement> m_pDocumentElement;
+    std::vector<CXmlElement*> m_elementStack;
+    std::map<std::string, std::string> m_namespaceAliases;
+    std::unique_ptr<unsigned char[]> m_pData;
+    uint64_t m_dataLength;
+    SchemaType m_schemaType;
+    ElementHook m_pElementHook;
+    const CXmlSerializationContext* m_pContext;
+};
+
+// The length of an open file, with its position left as it was; -1 on failure.
+long _filelength(FILE* file);
+
+} // namespace QvXmlLib10

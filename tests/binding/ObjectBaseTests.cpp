@@ -1,0 +1,214 @@
+#include "binding/XmlObjectBase.h"
+#include "document/XmlDocument.h"
+#include "foundation/QvException.h"
+#include "support/Recorder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <vector>
+
+using namespace QvXmlLib10;
+using QvXmlTest::CRecorder;
+
+namespace {
+
+class CCounted : public CRecorder {
+public:
+    explicit CCounted(int* destroyed) : m_destroyed(destroyed) {}
+    ~CCounted() override { ++*m_destroyed; }
+
+private:
+    int* m_destroyed;
+};
+
+} // namespace
+
+TEST(ObjectBase, ReferenceCountStartsAtZeroAndLastReleaseDeletes) {
+    int destroyed = 0;
+    CCounted* object = new CCounted(&destroyed);
+    EXPECT_EQ(object->AddRef(), 1);
+    EXPECT_EQ(object->AddRef(), 2);
+    EXPECT_EQ(object->Release(), 1);
+    EXPECT_EQ(destroyed, 0);
+    EXPECT_EQ(object->Release(), 0);
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(ObjectBase, ReleaseBelowZeroDoesNotDelete) {
+    int destroyed = 0;
+    {
+        CCounted onStack(&destroyed);
+        EXPECT_EQ(onStack.Release(), -1);
+        EXPECT_EQ(destroyed, 0);
+        EXPECT_EQ(onStack.AddRef(), 0);
+        EXPECT_EQ(destroyed, 0); // only a Release that reaches 0 deletes
+    }
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(ObjectBase, AddRefAndReleaseFromSeveralThreads) {
+    int destroyed = 0;
+    CCounted* object = new CCounted(&destroyed);
+    object->AddRef();
+    std::atomic<bool> go{false};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t) {
+        threads.emplace_back([&] {
+            while (!go) std::this_thread::yield();
+            for (int i = 0; i < 20000; ++i) {
+                object->AddRef();
+                object->Release();
+            }
+        });
+    }
+    go = true;
+    for (auto& thread : threads) thread.join();
+    EXPECT_EQ(destroyed, 0);
+    EXPECT_EQ(object->Release(), 0);
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(ObjectBase, SmartPointerHoldsOneReference) {
+    int destroyed = 0;
+    {
+        CSmartPtr<CCounted> first(new CCounted(&destroyed));
+        {
+            CSmartPtr<CCounted> second = first;
+            CSmartPtr<CXmlObjectBase> asBase = second;
+            EXPECT_EQ(first->AddRef(), 4);
+            first->Release();
+        }
+        CSmartPtr<CCounted> moved = std::move(first);
+        EXPECT_FALSE(first);
+        EXPECT_EQ(destroyed, 0);
+        moved = moved; // self-assignment keeps the object
+        EXPECT_EQ(destroyed, 0);
+    }
+    EXPECT_EQ(destroyed, 1);
+
+    CSmartPtr<CCounted> reset(new CCounted(&destroyed));
+    reset.Reset();
+    EXPECT_EQ(destroyed, 2);
+}
+
+TEST(ObjectBase, ElementNameAndBase) {
+    CRecorder object;
+    EXPECT_EQ(object.GetElementName(), "");
+    object.SetElementName("order");
+    EXPECT_EQ(object.GetElementName(), "order");
+    object.SetElementName(nullptr);
+    EXPECT_EQ(object.GetElementName(), "");
+    const CXmlObjectBase& constObject = object;
+    EXPECT_EQ(constObject.GetBase(), &object);
+}
+
+TEST(ObjectBase, ThrowIfPropertyIsNull) {
+    CRecorder value;
+    EXPECT_NO_THROW(CXmlObjectBase::Throw_IfPropertyIsNull(&value, "Name"));
+    try {
+        CXmlObjectBase::Throw_IfPropertyIsNull(nullptr, "Name");
+        FAIL();
+    } catch (const CQvInvalidParamException& e) {
+        EXPECT_EQ(e.GetFullMessage(), "The Property [Name] is mandatory, it may node be NULL");
+    }
+}
+
+TEST(ObjectBase, ThrowIfElementNameDiffers) {
+    CRecorder value;
+    value.SetElementName("street");
+    EXPECT_NO_THROW(CXmlObjectBase::Throw_IfElementNameDiffers(nullptr, "city"));
+    EXPECT_NO_THROW(CXmlObjectBase::Throw_IfElementNameDiffers(&value, "street"));
+    try {
+        CXmlObjectBase::Throw_IfElementNameDiffers(&value, "city");
+        FAIL();
+    } catch (const CQvInvalidParamException& e) {
+        EXPECT_EQ(e.GetFullMessage(), "This property requrires an element with the name city the element being set "
+                                      "has the element name street");
+    }
+}
+
+namespace {
+
+enum class Outcome { Selected, Throws };
+
+struct ChoiceCase {
+    const char* description;
+    std::string selectedBefore;
+    std::function<void(std::string&)> call;
+    std::string selectedAfter; // when it does not throw
+    std::string message;       // when it throws
+};
+
+} // namespace
+
+TEST(ObjectBase, ChoiceBookkeeping) {
+    CRecorder some;
+    const std::string busy = "The Property [a] is already set. Only one element within this class bay be set at a time";
+    const ChoiceCase cases[] = {
+        {"select null on empty sets it", "", [](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", nullptr, s); }, "a", ""},
+        {"select value on empty", "", [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", &some, s); }, "a", ""},
+        {"select null on itself clears", "a", [](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", nullptr, s); }, "", ""},
+        {"select value on itself keeps", "a", [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", &some, s); }, "a", ""},
+        {"select null on other changes nothing", "a", [](std::string& s) { CXmlObjectBase::Choice_SelectElement("b", nullptr, s); }, "a", ""},
+        {"select value on other throws", "a", [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("b", &some, s); }, "", busy},
+        {"collection grows on empty", "", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 2, s); }, "a", ""},
+        {"collection empty on empty", "", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 0, s); }, "", ""},
+        {"collection emptied clears", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 0, s); }, "", ""},
+        {"collection of itself keeps", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 3, s); }, "a", ""},
+        {"other empty collection changes nothing", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("b", 0, s); }, "a", ""},
+        {"other collection grows throws", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("b", 1, s); }, "", busy},
+        {"valid false clears", "a", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(false, "b", s); }, "", ""},
+        {"valid true on itself keeps", "a", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "a", s); }, "a", ""},
+        {"valid true on empty throws without name", "", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "a", s); }, "",
+         "The Property  is already set. Only one element within this class bay be set at a time"},
+        {"valid true on other throws", "a", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "b", s); }, "",
+         "The Property a is already set. Only one element within this class bay be set at a time"},
+    };
+    for (const ChoiceCase& c : cases) {
+        std::string selected = c.selectedBefore;
+        if (c.message.empty()) {
+            EXPECT_NO_THROW(c.call(selected)) << c.description;
+            EXPECT_EQ(selected, c.selectedAfter) << c.description;
+        } else {
+            try {
+                c.call(selected);
+                ADD_FAILURE() << c.description << ": no exception";
+            } catch (const CQvInvalidStateException& e) {
+                EXPECT_EQ(e.GetFullMessage(), c.message) << c.description;
+                EXPECT_EQ(selected, c.selectedBefore) << c.description;
+            }
+        }
+    }
+}
+
+TEST(ObjectBase, FromXmlElementReadsTreeBuiltByHand) {
+    CXmlDocument document;
+    CXmlElement* root = document.AddDocElement("urn:orders", "order");
+    root->AddAttribute("id", "17", "");
+    CXmlDocument::AppendTextExcludingCR(root, "text");
+    document.AddChildElement("urn:orders", "line");
+    document.EndElement();
+    document.AddChildElement("", "note");
+    document.EndElement();
+    document.EndElement();
+
+    CRecorder object;
+    EXPECT_EQ(object.FromXmlElement(root), nullptr);
+    EXPECT_EQ(object.reads, 1);
+    EXPECT_EQ(object.GetElementName(), "order");
+    EXPECT_EQ(object.namespaceUri, "urn:orders");
+    EXPECT_EQ(object.text, "text");
+    EXPECT_EQ(object.attributes, (std::vector<CRecorder::Attribute>{{"id", "", "17"}}));
+    EXPECT_EQ(object.children, (std::vector<std::string>{"{urn:orders}line", "{}note"}));
+}
+
+TEST(ObjectBase, FromXmlElementOfEmptyElementGivesNullCursor) {
+    CXmlDocument document;
+    CXmlElement* root = document.AddDocElement("", "empty");
+    CRecorder object;
+    object.FromXmlElement(root, CXmlSerializationContext::m_defaultContext);
+    EXPECT_TRUE(object.firstChildWasNull);
+}

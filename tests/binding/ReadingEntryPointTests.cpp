@@ -1,0 +1,138 @@
+#include "binding/XmlObjectBase.h"
+#include "foundation/Encoder.h"
+#include "foundation/QvException.h"
+#include "support/Recorder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+using namespace QvXmlLib10;
+using QvXmlTest::CRecorder;
+
+namespace {
+
+struct Reading {
+    std::string name;
+    std::string localName;
+    std::string namespaceUri;
+    std::string text;
+    std::vector<CRecorder::Attribute> attributes;
+    std::vector<std::string> children;
+};
+
+Reading Capture(const CRecorder& r) {
+    return {r.GetElementName(), r.localName, r.namespaceUri, r.text, r.attributes, r.children};
+}
+
+void ExpectSame(const Reading& a, const Reading& b, const std::string& route) {
+    EXPECT_EQ(a.name, b.name) << route;
+    EXPECT_EQ(a.localName, b.localName) << route;
+    EXPECT_EQ(a.namespaceUri, b.namespaceUri) << route;
+    EXPECT_EQ(a.text, b.text) << route;
+    EXPECT_EQ(a.attributes, b.attributes) << route;
+    EXPECT_EQ(a.children, b.children) << route;
+}
+
+// Reads one document by all four routes and checks that they agree with `expected`.
+void ReadAllRoutes(const std::string& utf8, const std::wstring& wide, const Reading& expected,
+                   const CXmlSerializationContext& context) {
+    CRecorder fromText;
+    fromText.FromXml(utf8.c_str(), context);
+    ExpectSame(Capture(fromText), expected, "narrow text");
+
+    CRecorder fromWide;
+    fromWide.FromXml(wide.c_str(), context);
+    ExpectSame(Capture(fromWide), expected, "wide text");
+
+    const std::string path = testing::TempDir() + "qvxml-entry.xml";
+    { std::ofstream(path.c_str(), std::ios::binary) << utf8; }
+    CRecorder fromFile;
+    fromFile.FromXmlFile(path.c_str(), context);
+    ExpectSame(Capture(fromFile), expected, "file");
+    std::remove(path.c_str());
+
+    std::vector<unsigned char> bytes(utf8.begin(), utf8.end());
+    CRecorder fromBytes;
+    fromBytes.FromXmlStream(bytes.data(), static_cast<unsigned long>(bytes.size()), context);
+    ExpectSame(Capture(fromBytes), expected, "byte block");
+}
+
+class AsciiOnlyScope {
+public:
+    AsciiOnlyScope() { ASCIIOnly(true); }
+    ~AsciiOnlyScope() { ASCIIOnly(false); }
+};
+
+} // namespace
+
+TEST(ReadingEntryPoints, AllRoutesReadTheSameDocumentWithNamespaces) {
+    const std::string xml = "<o:order xmlns:o=\"urn:o\" xmlns=\"urn:d\" id=\"7\" o:kind=\"x\">head"
+                            "<line/><o:note><![CDATA[<b>]]></o:note>tail</o:order>";
+    const std::wstring wide(xml.begin(), xml.end());
+    const Reading expected{"order", "order", "urn:o", "headtail",
+                           {{"id", "", "7"}, {"kind", "urn:o", "x"}}, {"{urn:d}line", "{urn:o}note"}};
+    ReadAllRoutes(xml, wide, expected, CXmlSerializationContext::m_defaultContext);
+}
+
+TEST(ReadingEntryPoints, AllRoutesWithoutNamespacesAndWithCdataKept) {
+    const std::string xml = "<o:order xmlns:o=\"urn:o\" id=\"7\">a<![CDATA[<b>]]>c<o:line/></o:order>";
+    const std::wstring wide(xml.begin(), xml.end());
+    CXmlSerializationContext context;
+    context.SetSchemaType(SchemaType_NoNamespaces);
+    context.SetStripCDATA(false);
+    const Reading expected{"o:order", "o:order", "", "a<![CDATA[<b>]]>c",
+                           {{"xmlns:o", "", "urn:o"}, {"id", "", "7"}}, {"{}o:line"}};
+    ReadAllRoutes(xml, wide, expected, context);
+}
+
+TEST(ReadingEntryPoints, AllRoutesWithNonAsciiText) {
+    AsciiOnlyScope ascii; // ASCIIOnly(true): the local code page is UTF-8
+    const std::string xml = "<caf\xC3\xA9 p=\"\xE2\x82\xAC\">\xC3\xA9t\xC3\xA9</caf\xC3\xA9>";
+    const std::wstring wide = L"<caf\u00e9 p=\"\u20ac\">\u00e9t\u00e9</caf\u00e9>";
+    const Reading expected{"caf\xC3\xA9", "caf\xC3\xA9", "", "\xC3\xA9t\xC3\xA9", {{"p", "", "\xE2\x82\xAC"}}, {}};
+    ReadAllRoutes(xml, wide, expected, CXmlSerializationContext::m_defaultContext);
+}
+
+TEST(ReadingEntryPoints, FailuresLeaveTheObjectUntouched) {
+    CRecorder object;
+    object.SetElementName("before");
+    struct Case {
+        std::function<void()> call;
+        std::string message;
+    };
+    const std::string missing = testing::TempDir() + "qvxml-no-such-file.xml";
+    unsigned char bytes[] = "<a>";
+    const Case cases[] = {
+        {[&] { object.FromXml(""); }, "XML String is empty!"},
+        {[&] { object.FromXml(L""); }, "XML String is empty!"},
+        {[&] { object.FromXmlStream(bytes, 0); }, "XML Stream is empty!"},
+        {[&] { object.FromXmlFile(missing.c_str()); }, "Failed to open the file [" + missing + "]"},
+        {[&] { object.FromXml("<a>\n<b></a>"); }, "mismatched tag at line 2"},
+        {[&] { object.FromXmlStream(bytes, 3); }, "no element found at line 1"},
+    };
+    for (const Case& c : cases) {
+        try {
+            c.call();
+            ADD_FAILURE() << c.message << ": no exception";
+        } catch (const CQvException& e) {
+            EXPECT_EQ(typeid(e), typeid(CQvException));
+            EXPECT_EQ(e.GetFullMessage(), c.message);
+        }
+    }
+    EXPECT_EQ(object.reads, 0);
+    EXPECT_EQ(object.GetElementName(), "before");
+}
+
+TEST(ReadingEntryPoints, EmptyRootGivesNullCursorAndAsyncFlagChangesNothing) {
+    AsyncFromXmlFile(true);
+    CRecorder object;
+    object.FromXml("<empty/>");
+    EXPECT_TRUE(object.firstChildWasNull);
+    EXPECT_EQ(object.reads, 1);
+    AsyncFromXmlFile(false);
+}

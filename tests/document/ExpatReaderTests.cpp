@@ -1,0 +1,302 @@
+#include "binding/XmlSerializationContext.h"
+#include "document/XmlDocument.h"
+#include "foundation/Encoder.h"
+#include "foundation/QvException.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+using namespace QvXmlLib10;
+
+namespace {
+
+std::string LoadError(CXmlDocument& document, const std::string& text) {
+    try {
+        document.LoadXml(text.c_str());
+    } catch (const CQvException& e) {
+        EXPECT_EQ(typeid(e), typeid(CQvException));
+        return e.GetFullMessage();
+    }
+    return "no exception";
+}
+
+std::string Describe(const CXmlElement* e) {
+    std::string out = "{" + e->GetNamespaceURI() + "}" + e->GetLocalName();
+    for (const auto& a : e->GetAttributes())
+        out += " @{" + a->GetNamespaceURI() + "}" + a->GetLocalName() + "=" + a->GetValue();
+    if (!e->GetText().empty()) out += " '" + e->GetText() + "'";
+    for (CXmlElement* c = e->GetFirstElement(); c; c = c->GetNextSiblingElement()) out += " (" + Describe(c) + ")";
+    return out;
+}
+
+// Sets a locale for the life of a test and restores the previous one.
+class LocaleScope {
+public:
+    explicit LocaleScope(const char* name) : m_previous(std::setlocale(LC_ALL, nullptr)) {
+        EXPECT_NE(std::setlocale(LC_ALL, name), nullptr) << name;
+    }
+    ~LocaleScope() { std::setlocale(LC_ALL, m_previous.c_str()); }
+
+private:
+    std::string m_previous;
+};
+
+class AsciiOnlyScope {
+public:
+    AsciiOnlyScope() { ASCIIOnly(true); }
+    ~AsciiOnlyScope() { ASCIIOnly(false); }
+};
+
+std::string TempPath(const char* name) { return testing::TempDir() + name; }
+
+} // namespace
+
+TEST(ExpatReader, NamespacesPrefixesAndAliases) {
+    CXmlDocument document;
+    document.LoadXml("<a xmlns=\"u\" xmlns:p=\"v\"><p:b p:c=\"1\" d=\"2\"/></a>");
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{u}a ({v}b @{v}c=1 @{}d=2)");
+    EXPECT_EQ(document.LookupNamespaceFromAlias(""), "u");
+    EXPECT_EQ(document.LookupNamespaceFromAlias("p"), "v");
+    EXPECT_EQ(document.LookupNamespaceFromAlias("q"), "");
+}
+
+TEST(ExpatReader, WithoutNamespacesNamesStayWhole) {
+    CXmlSerializationContext context;
+    context.SetSchemaType(SchemaType_NoNamespaces);
+    CXmlDocument document(context);
+    document.LoadXml("<a xmlns=\"u\" xmlns:p=\"v\"><p:b p:c=\"1\" d=\"2\"/></a>");
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{}a @{}xmlns=u @{}xmlns:p=v ({}p:b @{}p:c=1 @{}d=2)");
+    EXPECT_EQ(document.LookupNamespaceFromAlias("p"), "");
+}
+
+TEST(ExpatReader, AliasMapKeepsLastDeclarationOfPrefix) {
+    CXmlDocument document;
+    document.LoadXml("<r><a xmlns:p=\"one\"/><b xmlns:p=\"two\"/><c xmlns=\"\"/></r>");
+    EXPECT_EQ(document.LookupNamespaceFromAlias("p"), "two");
+    EXPECT_EQ(document.LookupNamespaceFromAlias(""), "");
+}
+
+TEST(ExpatReader, NamespaceHoldingTheSeparatorIsRefusedByExpat) {
+    // Expat guards its namespace separator: a URI holding "|" is a syntax error, so
+    // a name can never be split at a bar that belongs to its URI.
+    CXmlDocument document;
+    EXPECT_EQ(LoadError(document, "<a xmlns=\"u|x\"/>"), "syntax error at line 1");
+}
+
+TEST(ExpatReader, CdataStrippedByDefaultAndKeptOnRequest) {
+    CXmlDocument stripped;
+    stripped.LoadXml("<a>1<![CDATA[x<y]]>2</a>");
+    EXPECT_EQ(stripped.GetDocumentElement()->GetText(), "1x<y2");
+
+    CXmlSerializationContext context;
+    context.SetStripCDATA(false);
+    CXmlDocument kept(context);
+    kept.LoadXml("<a>1<![CDATA[x<y]]>2</a>");
+    EXPECT_EQ(kept.GetDocumentElement()->GetText(), "1<![CDATA[x<y]]>2");
+}
+
+TEST(ExpatReader, TextRules) {
+    struct Case {
+        const char* xml;
+        const char* tree;
+    };
+    const Case cases[] = {
+        {"<x>a<b/>c</x>", "{}x 'ac' ({}b)"},
+        {"<x>a<!-- note -->b<?pi data?>c</x>", "{}x 'abc'"},
+        {"<x>a&#13;b&#10;c</x>", "{}x 'ab\nc'"},
+        {"<x>line1\r\nline2\rline3</x>", "{}x 'line1\nline2\nline3'"},
+        {"<x>&lt;&amp;&gt;&quot;&apos;</x>", "{}x '<&>\"''"},
+        {"<?xml version=\"1.0\"?>\n<!DOCTYPE x>\n<x a=\"1\"/>\n<!-- after -->", "{}x @{}a=1"},
+    };
+    for (const Case& c : cases) {
+        CXmlDocument document;
+        document.LoadXml(c.xml);
+        EXPECT_EQ(Describe(document.GetDocumentElement()), c.tree) << c.xml;
+    }
+}
+
+TEST(ExpatReader, LoadingTwiceKeepsOnlySecondTree) {
+    CXmlDocument document;
+    document.LoadXml("<first xmlns:p=\"v\"><c/></first>");
+    document.LoadXml("<second/>");
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{}second");
+    EXPECT_EQ(document.LookupNamespaceFromAlias("p"), "");
+}
+
+TEST(ExpatReader, MalformedInputNamesExpatTextAndLine) {
+    CXmlDocument document;
+    EXPECT_EQ(LoadError(document, "<a></b>"), "mismatched tag at line 1");
+    EXPECT_EQ(LoadError(document, "<a>\n<b>\n</a>"), "mismatched tag at line 3");
+    EXPECT_EQ(LoadError(document, "<a>\n  <b x=1/></a>"), "not well-formed (invalid token) at line 2");
+    EXPECT_EQ(LoadError(document, "<a>"), "no element found at line 1");
+    EXPECT_EQ(LoadError(document, "plain text"), "syntax error at line 1");
+    EXPECT_EQ(LoadError(document, "<?xml version=\"1.0\" encoding=\"KOI8-R\"?><a/>"), "unknown encoding at line 1");
+    EXPECT_EQ(LoadError(document, "<a/><b/>"), "junk after document element at line 1");
+    // Compressed bytes are no XML text: LoadXml has no detection.
+    EXPECT_EQ(LoadError(document, "\x1f\x8b\x08"), "not well-formed (invalid token) at line 1");
+}
+
+TEST(ExpatReader, EmptyInputsHaveTheirOwnMessages) {
+    CXmlDocument document;
+    struct Case {
+        std::function<void()> load;
+        const char* message;
+    };
+    unsigned char byte = '<';
+    const Case cases[] = {
+        {[&] { document.LoadXml(""); }, "XML String is empty!"},
+        {[&] { document.LoadXml(static_cast<const char*>(nullptr)); }, "XML String is empty!"},
+        {[&] { document.LoadXml(L""); }, "XML String is empty!"},
+        {[&] { document.LoadXmlStream(&byte, 0); }, "XML Stream is empty!"},
+        {[&] { document.LoadXmlStream(nullptr, 0); }, "XML Stream is empty!"},
+    };
+    for (const Case& c : cases) {
+        try {
+            c.load();
+            ADD_FAILURE() << c.message << ": no exception";
+        } catch (const CQvException& e) {
+            EXPECT_EQ(typeid(e), typeid(CQvException));
+            EXPECT_EQ(e.GetFullMessage(), c.message);
+        }
+    }
+}
+
+TEST(ExpatReader, FileFailures) {
+    CXmlDocument document;
+    const std::string missing = TempPath("qvxml-missing.xml");
+    std::remove(missing.c_str());
+    const std::string empty = TempPath("qvxml-empty.xml");
+    { std::ofstream(empty.c_str()); }
+
+    // A pipe has no size: its descriptor reopened by path makes ftell fail.
+    int fds[2];
+    ASSERT_EQ(pipe(fds), 0);
+    const std::string pipePath = "/proc/self/fd/" + std::to_string(fds[0]);
+
+    struct Case {
+        std::string path;
+        std::string message;
+    };
+    const Case cases[] = {
+        {missing, "Failed to open the file [" + missing + "]"},
+        {empty, "Failed to read the contents of the file [" + empty + "] Error []"},
+        {pipePath, "Failed to get the size of the file [" + pipePath + "] Error []"},
+    };
+    for (const Case& c : cases) {
+        try {
+            document.Load(c.path.c_str());
+            ADD_FAILURE() << c.path << ": no exception";
+        } catch (const CQvException& e) {
+            EXPECT_EQ(e.GetFullMessage(), c.message);
+        }
+    }
+    close(fds[0]);
+    close(fds[1]);
+    std::remove(empty.c_str());
+    try {
+        document.Load(nullptr);
+        ADD_FAILURE() << "no exception";
+    } catch (const CQvException& e) {
+        EXPECT_EQ(e.GetFullMessage(), "Failed to open the file []");
+    }
+}
+
+TEST(ExpatReader, FileAndStreamLoad) {
+    const std::string path = TempPath("qvxml-load.xml");
+    const std::string xml = "<?xml version=\"1.0\"?>\r\n<a>\r\n<b>t</b></a>";
+    { std::ofstream(path.c_str(), std::ios::binary) << xml; }
+    CXmlDocument fromFile;
+    fromFile.Load(path.c_str());
+    EXPECT_EQ(Describe(fromFile.GetDocumentElement()), "{}a '\n' ({}b 't')");
+    std::remove(path.c_str());
+
+    std::vector<unsigned char> bytes(xml.begin(), xml.end());
+    CXmlDocument fromStream;
+    fromStream.LoadXmlStream(bytes.data(), static_cast<unsigned long>(bytes.size()));
+    EXPECT_EQ(Describe(fromStream.GetDocumentElement()), "{}a '\n' ({}b 't')");
+}
+
+TEST(ExpatReader, Utf16DocumentWithByteOrderMark) {
+    const std::u16string text = u"<a x=\"\u00e9\">\u20ac</a>";
+    std::vector<unsigned char> bytes = {0xFF, 0xFE};
+    for (char16_t unit : text) {
+        bytes.push_back(static_cast<unsigned char>(unit & 0xFF));
+        bytes.push_back(static_cast<unsigned char>(unit >> 8));
+    }
+    AsciiOnlyScope ascii; // local code page is UTF-8: values come out as UTF-8 bytes
+    CXmlDocument document;
+    document.LoadXmlStream(bytes.data(), static_cast<unsigned long>(bytes.size()));
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{}a @{}x=\xC3\xA9 '\xE2\x82\xAC'");
+}
+
+TEST(ExpatReader, WideTextIsReadAsUtf16) {
+    AsciiOnlyScope ascii; // local code page is UTF-8
+    CXmlDocument document;
+    document.LoadXml(L"<a b=\"\u00e9\">\u4e2d</a>");
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{}a @{}b=\xC3\xA9 '\xE4\xB8\xAD'");
+}
+
+TEST(ExpatReader, NonAsciiTextFollowsTheLocalCodePage) {
+    const std::string xml = "<caf\xC3\xA9 n\xC3\xA9=\"\xC3\xA9t\xC3\xA9\">na\xC3\xAFve</caf\xC3\xA9>";
+    {
+        LocaleScope utf8("C.UTF-8"); // a UTF-8 locale: text passes unchanged
+        CXmlDocument document;
+        document.LoadXml(xml.c_str());
+        EXPECT_EQ(Describe(document.GetDocumentElement()), "{}caf\xC3\xA9 @{}n\xC3\xA9=\xC3\xA9t\xC3\xA9 'na\xC3\xAFve'");
+    }
+    {
+        AsciiOnlyScope ascii; // ASCIIOnly(true) under the C locale: no conversion either
+        LocaleScope c("C");
+        CXmlDocument document;
+        document.LoadXml(xml.c_str());
+        EXPECT_EQ(Describe(document.GetDocumentElement()), "{}caf\xC3\xA9 @{}n\xC3\xA9=\xC3\xA9t\xC3\xA9 'na\xC3\xAFve'");
+    }
+    {
+        LocaleScope c("C"); // plain ASCII locale: what it cannot represent becomes '?'
+        CXmlDocument document;
+        document.LoadXml(xml.c_str());
+        EXPECT_EQ(Describe(document.GetDocumentElement()), "{}caf? @{}n?=?t? 'na?ve'");
+    }
+}
+
+TEST(ExpatReader, LongNonAsciiTextAndNamesBeyondScratchSpace) {
+    std::string name;
+    std::string text;
+    for (int i = 0; i < 700; ++i) name += "\xC3\xA9";
+    for (int i = 0; i < 5000; ++i) text += "\xE2\x82\xAC";
+    const std::string xml = "<" + name + ">" + text + "</" + name + ">";
+    LocaleScope c("C");
+    CXmlDocument document;
+    document.LoadXml(xml.c_str());
+    EXPECT_EQ(document.GetDocumentElement()->GetLocalName(), std::string(700, '?'));
+    EXPECT_EQ(document.GetDocumentElement()->GetText(), std::string(5000, '?'));
+}
+
+namespace {
+bool ThrowOnSecond(CXmlElement* element) {
+    if (element->GetLocalName() == "second") throw CQvInvalidValueException("hook refused", CQvException("inner"));
+    return false;
+}
+} // namespace
+
+TEST(ExpatReader, ExceptionFromHandlerPassesThroughUnchanged) {
+    CXmlDocument document(&ThrowOnSecond);
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        try {
+            document.LoadXml("<r><first/><second><x/></second><third/></r>");
+            FAIL() << "no exception";
+        } catch (const CQvInvalidValueException& e) {
+            EXPECT_EQ(e.GetFullMessage(), "hook refused\ninner");
+        }
+    }
+    // The document stays usable.
+    document.LoadXml("<r><first/></r>");
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{}r ({}first)");
+}
