@@ -37,14 +37,14 @@ int HexDigitValue(char c) {
 // CDataHolder
 
 CBinaryData::CDataHolder::CDataHolder(unsigned char* data, unsigned long length, bool takeOwnership)
-    : m_length(length), m_capacity(length), m_refCount(1) {
+    : m_length(data ? length : 0), m_capacity(m_length), m_refCount(1) {
     if (takeOwnership) {
         m_pBuffer.reset(data);
         return;
     }
-    m_capacity = std::max<uint64_t>(2 * static_cast<uint64_t>(length), kMinimumCopyCapacity);
+    m_capacity = std::max<uint64_t>(2 * m_length, kMinimumCopyCapacity);
     m_pBuffer.reset(new unsigned char[m_capacity]);
-    if (length) std::memcpy(m_pBuffer.get(), data, length);
+    if (m_length) std::memcpy(m_pBuffer.get(), data, m_length);
 }
 
 CBinaryData::CDataHolder::~CDataHolder() = default;

@@ -53,6 +53,12 @@ TEST(BinaryData, EmptinessAndEquality) {
     EXPECT_TRUE(CBinaryData("ab") != CBinaryData("ac"));
     EXPECT_TRUE(CBinaryData("ab") != CBinaryData("abc"));
     EXPECT_EQ(Bytes(Of(std::string("a\0b", 3))), std::string("a\0b", 3));
+
+    // No bytes behind a null pointer, whatever the length says.
+    EXPECT_EQ(CBinaryData(nullptr, 5, false).GetLength(), 0u);
+    CBinaryData data("ab");
+    data.Append(nullptr, 3);
+    EXPECT_EQ(Bytes(data), "ab");
 }
 
 TEST(BinaryData, CopiesShareUntilOneChanges) {
