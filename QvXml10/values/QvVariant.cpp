@@ -1,0 +1,507 @@
+#include "values/QvVariant.h"
+
+#include <memory>
+#include <utility>
+
+#include "binding/XmlObjectBase.h"
+#include "foundation/QvException.h"
+#include "values/Conversions.h"
+
+namespace QvXmlLib10 {
+
+namespace {
+
+// Names of the kinds 1 to 26, indexed by kind.
+const char* const kTypeNames[] = {
+    nullptr,     "hexBinary", "base64Binary", "i1",   "i2",       "i4",     "i8",      "ui1",   "ui2",
+    "ui4",       "ui8",       "r4",           "r8",   "duration", "yearMonth", "monthDay", "year", "month",
+    "day",       "date",      "datetime",     "time", "char",     "string", "boolean", "decimal", "integer"};
+
+bool IsPrimitiveKind(ItemType type)
+{
+    return type >= ItemType_hexBinary && type <= ItemType_integer;
+}
+
+[[noreturn]] void ThrowNotConvertible(ItemType kind)
+{
+    throw CQvException(FormatString("Invalid Type %d to convert to string", static_cast<int>(kind)));
+}
+
+} // namespace
+
+QvVariant::QvVariant() : m_bNil(false), m_eType(ItemType_Invalid), m_value()
+{
+    m_value.ui8 = 0;
+}
+
+QvVariant::QvVariant(const QvVariant& other) : QvVariant()
+{
+    *this = other;
+}
+
+QvVariant& QvVariant::operator=(const QvVariant& other)
+{
+    if (this == &other) {
+        // Clearing the target clears the source too: nothing is left to copy.
+        Clear();
+        return *this;
+    }
+
+    // Take the new value before the old one goes, so that a source that lives inside
+    // the object this variant holds is still there to be read.
+    const ItemType kind = other.m_eType;
+    const bool nil = other.m_bNil;
+    const Value word = other.m_value;
+    std::unique_ptr<std::string> text;
+    CSmartPtr<CXmlObjectBase> object;
+    if (!nil) {
+        if (other.m_eType == ItemType_string && other.m_value.pString != nullptr)
+            text = std::make_unique<std::string>(*other.m_value.pString);
+        else if (other.m_eType == ItemType_XmlObject)
+            object = word.pXmlObject;
+    }
+
+    Clear();
+    m_eType = kind;
+    m_bNil = nil;
+
+    switch (m_eType) {
+    case ItemType_Invalid:
+        break;
+    case ItemType_i1:
+        if (!m_bNil)
+            m_value.i1 = word.i1;
+        break;
+    case ItemType_i2:
+        if (!m_bNil)
+            m_value.i2 = word.i2;
+        break;
+    case ItemType_i4:
+        if (!m_bNil)
+            m_value.i4 = word.i4;
+        break;
+    case ItemType_i8:
+        if (!m_bNil)
+            m_value.i8 = word.i8;
+        break;
+    case ItemType_ui1:
+        if (!m_bNil)
+            m_value.ui1 = word.ui1;
+        break;
+    case ItemType_ui2:
+        if (!m_bNil)
+            m_value.ui2 = word.ui2;
+        break;
+    case ItemType_ui4:
+        if (!m_bNil)
+            m_value.ui4 = word.ui4;
+        break;
+    case ItemType_ui8:
+        if (!m_bNil)
+            m_value.ui8 = word.ui8;
+        break;
+    case ItemType_r4:
+        if (!m_bNil)
+            m_value.r4 = word.r4;
+        break;
+    case ItemType_r8:
+        if (!m_bNil)
+            m_value.r8 = word.r8;
+        break;
+    case ItemType_year:
+        if (!m_bNil)
+            m_value.year = word.year;
+        break;
+    case ItemType_month:
+        if (!m_bNil)
+            m_value.month = word.month;
+        break;
+    case ItemType_day:
+        if (!m_bNil)
+            m_value.day = word.day;
+        break;
+    case ItemType_char:
+        if (!m_bNil)
+            m_value.ch = word.ch;
+        break;
+    case ItemType_boolean:
+        if (!m_bNil)
+            m_value.boolean = word.boolean;
+        break;
+    // A nil source carries no value; a heap kind then holds a null pointer.
+    case ItemType_string:
+        m_value.pString = text.release();
+        break;
+    case ItemType_XmlObject:
+        m_value.pXmlObject = object.Detach();
+        break;
+    default:
+        if (!m_bNil)
+            throw CQvException("Unknown Type");
+        m_value.ui8 = 0;
+        break;
+    }
+    return *this;
+}
+
+QvVariant::~QvVariant()
+{
+    Clear();
+}
+
+bool QvVariant::IsValid() const
+{
+    return m_eType != ItemType_Invalid || m_bNil;
+}
+
+bool QvVariant::IsNil() const
+{
+    return m_bNil;
+}
+
+void QvVariant::Clear()
+{
+    if (m_eType == ItemType_Invalid)
+        return;
+    m_bNil = false;
+    const ItemType kind = m_eType;
+    m_eType = ItemType_Invalid;
+    switch (kind) {
+    case ItemType_string:
+        delete m_value.pString;
+        m_value.pString = nullptr;
+        break;
+    case ItemType_XmlObject: {
+        // The variant is empty before Release runs any destructor.
+        CXmlObjectBase* const object = m_value.pXmlObject;
+        m_value.pXmlObject = nullptr;
+        if (object != nullptr)
+            object->Release();
+        break;
+    }
+    default:
+        // A scalar leaves the value word as it stands.
+        break;
+    }
+}
+
+void QvVariant::SetNil()
+{
+    const ItemType kind = m_eType;
+    Clear();
+    m_eType = kind;
+    m_bNil = true;
+}
+
+void QvVariant::SetInvalid()
+{
+    Clear();
+    m_eType = ItemType_Invalid;
+}
+
+std::string QvVariant::GetType() const
+{
+    if (!IsPrimitiveKind(m_eType))
+        throw CQvException(FormatString("Invalid Type %d", static_cast<int>(m_eType)));
+    return kTypeNames[m_eType];
+}
+
+std::string QvVariant::ToString(const char* format) const
+{
+    switch (m_eType) {
+    case ItemType_i1:
+        return CConversions::i1ToString(m_value.i1);
+    case ItemType_i2:
+        return CConversions::i2ToString(m_value.i2);
+    case ItemType_i4:
+        return CConversions::i4ToString(m_value.i4);
+    case ItemType_i8:
+        return CConversions::i8ToString(m_value.i8);
+    case ItemType_ui1:
+        return CConversions::ui1ToString(m_value.ui1);
+    case ItemType_ui2:
+        return CConversions::ui2ToString(m_value.ui2);
+    case ItemType_ui4:
+        return CConversions::ui4ToString(m_value.ui4);
+    case ItemType_ui8:
+        return CConversions::ui8ToString(m_value.ui8);
+    case ItemType_r4:
+        return CConversions::r4ToString(m_value.r4, format != nullptr ? std::string(format) : std::string());
+    case ItemType_r8:
+        return CConversions::r8ToString(m_value.r8, format != nullptr ? std::string(format) : std::string());
+    case ItemType_year:
+        return CConversions::yearToString(m_value.year);
+    case ItemType_month:
+        return CConversions::monthToString(m_value.month);
+    case ItemType_day:
+        return CConversions::dayToString(m_value.day);
+    case ItemType_char:
+        return CConversions::charToString(m_value.ch);
+    case ItemType_string:
+        return m_value.pString != nullptr ? *m_value.pString : std::string();
+    case ItemType_boolean:
+        return CConversions::booleanToString(m_value.boolean != 0);
+    default:
+        ThrowNotConvertible(m_eType);
+    }
+}
+
+void QvVariant::FromString(const std::string& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule)
+{
+    // Each branch parses completely before the setter touches this variant.
+    switch (type) {
+    case ItemType_i1:
+        SetI1(CConversions::i1FromString(text, rule));
+        break;
+    case ItemType_i2:
+        SetI2(CConversions::i2FromString(text, rule));
+        break;
+    case ItemType_i4:
+        SetI4(CConversions::i4FromString(text, rule));
+        break;
+    case ItemType_i8:
+        SetI8(CConversions::i8FromString(text, rule));
+        break;
+    case ItemType_ui1:
+        SetUI1(CConversions::ui1FromString(text, rule));
+        break;
+    case ItemType_ui2:
+        SetUI2(CConversions::ui2FromString(text, rule));
+        break;
+    case ItemType_ui4:
+        SetUI4(CConversions::ui4FromString(text, rule));
+        break;
+    case ItemType_ui8:
+        SetUI8(CConversions::ui8FromString(text, rule));
+        break;
+    case ItemType_r4:
+        SetR4(CConversions::r4FromString(text, rule));
+        break;
+    case ItemType_r8:
+        SetR8(CConversions::r8FromString(text, rule));
+        break;
+    case ItemType_char:
+        SetChar(CConversions::charFromString(text, rule));
+        break;
+    case ItemType_string:
+        SetString(CConversions::stringFromString(text, rule));
+        break;
+    case ItemType_boolean:
+        SetBoolean(CConversions::booleanFromString(text, rule));
+        break;
+    default:
+        // The message names the present kind, not the one asked for.
+        ThrowNotConvertible(m_eType);
+    }
+}
+
+void QvVariant::SetI1(char value)
+{
+    Clear();
+    m_eType = ItemType_i1;
+    m_value.i1 = value;
+}
+
+void QvVariant::SetI2(short value)
+{
+    Clear();
+    m_eType = ItemType_i2;
+    m_value.i2 = value;
+}
+
+void QvVariant::SetI4(long value)
+{
+    Clear();
+    m_eType = ItemType_i4;
+    m_value.i4 = value;
+}
+
+void QvVariant::SetI8(long long value)
+{
+    Clear();
+    m_eType = ItemType_i8;
+    m_value.i8 = value;
+}
+
+void QvVariant::SetUI1(unsigned char value)
+{
+    Clear();
+    m_eType = ItemType_ui1;
+    m_value.ui1 = value;
+}
+
+void QvVariant::SetUI2(unsigned short value)
+{
+    Clear();
+    m_eType = ItemType_ui2;
+    m_value.ui2 = value;
+}
+
+void QvVariant::SetUI4(unsigned long value)
+{
+    Clear();
+    m_eType = ItemType_ui4;
+    m_value.ui4 = value;
+}
+
+void QvVariant::SetUI8(unsigned long long value)
+{
+    Clear();
+    m_eType = ItemType_ui8;
+    m_value.ui8 = value;
+}
+
+void QvVariant::SetR4(float value)
+{
+    Clear();
+    m_eType = ItemType_r4;
+    m_value.r4 = value;
+}
+
+void QvVariant::SetR8(double value)
+{
+    Clear();
+    m_eType = ItemType_r8;
+    m_value.r8 = value;
+}
+
+void QvVariant::SetYear(unsigned short value)
+{
+    Clear();
+    m_eType = ItemType_year;
+    m_value.year = value;
+}
+
+void QvVariant::SetMonth(unsigned char value)
+{
+    Clear();
+    m_eType = ItemType_month;
+    m_value.month = value;
+}
+
+void QvVariant::SetDay(unsigned char value)
+{
+    Clear();
+    m_eType = ItemType_day;
+    m_value.day = value;
+}
+
+void QvVariant::SetChar(char value)
+{
+    Clear();
+    m_eType = ItemType_char;
+    m_value.ch = value;
+}
+
+void QvVariant::SetBoolean(bool value)
+{
+    Clear();
+    m_eType = ItemType_boolean;
+    m_value.boolean = value ? 1 : 0;
+}
+
+void QvVariant::SetString(std::string value)
+{
+    auto copy = std::make_unique<std::string>(std::move(value));
+    Clear();
+    m_eType = ItemType_string;
+    m_value.pString = copy.release();
+}
+
+void QvVariant::SetXmlObject(CXmlObjectBase* value)
+{
+    // The new reference is taken first, so setting the object already held cannot
+    // delete it on the way.
+    if (value != nullptr)
+        value->AddRef();
+    Clear();
+    m_eType = ItemType_XmlObject;
+    m_value.pXmlObject = value;
+}
+
+char QvVariant::GetI1() const
+{
+    return m_value.i1;
+}
+
+short QvVariant::GetI2() const
+{
+    return m_value.i2;
+}
+
+long QvVariant::GetI4() const
+{
+    return m_value.i4;
+}
+
+long long QvVariant::GetI8() const
+{
+    return m_value.i8;
+}
+
+unsigned char QvVariant::GetUI1() const
+{
+    return m_value.ui1;
+}
+
+unsigned short QvVariant::GetUI2() const
+{
+    return m_value.ui2;
+}
+
+unsigned long QvVariant::GetUI4() const
+{
+    return m_value.ui4;
+}
+
+unsigned long long QvVariant::GetUI8() const
+{
+    return m_value.ui8;
+}
+
+float QvVariant::GetR4() const
+{
+    return m_value.r4;
+}
+
+double QvVariant::GetR8() const
+{
+    return m_value.r8;
+}
+
+unsigned short QvVariant::GetYear() const
+{
+    return m_value.year;
+}
+
+unsigned char QvVariant::GetMonth() const
+{
+    return m_value.month;
+}
+
+unsigned char QvVariant::GetDay() const
+{
+    return m_value.day;
+}
+
+char QvVariant::GetChar() const
+{
+    return m_value.ch;
+}
+
+bool QvVariant::GetBoolean() const
+{
+    return m_value.boolean != 0;
+}
+
+std::string QvVariant::GetString() const
+{
+    return m_value.pString != nullptr ? *m_value.pString : std::string();
+}
+
+CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const
+{
+    return CSmartPtr<CXmlObjectBase>(m_value.pXmlObject);
+}
+
+} // namespace QvXmlLib10
