@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+
+#include "foundation/QvTypes.h"
+#include "validation/PrimitiveRestrictions.h"
+
+namespace QvXmlLib10 {
+
+class QvVariant;
+
+// Facet checks of primitive values. A check passes or throws; a failed facet is a
+// CQvException naming the item (`name`) and the value. Checks stop at the first
+// failed facet. Bounds are parsed with the whitespace rule collapse; a bound that
+// does not parse fails the check with the words of its parser.
+class CXmlObjectHelper {
+public:
+    // Reads `value` as `type`, whatever the variant's own kind and nil flag, and runs
+    // that kind's check. A kind without a check throws CQvInvalidValueException
+    // "unknown type [<kind of the variant>]".
+    static void CheckRestriction(const char* name, const QvVariant& value, ItemType type,
+                                 const CPrimitiveRestrictions& restrictions);
+
+    // The ordered kinds: minInclusive, maxInclusive, minExclusive, maxExclusive, in
+    // that order. A NaN fails every facet that is set.
+    static void CheckRestrictionFori1(const char* name, char value, const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFori2(const char* name, short value, const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFori4(const char* name, long value, const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFori8(const char* name, long long value, const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForui1(const char* name, unsigned char value,
+                                       const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForui2(const char* name, unsigned short value,
+                                       const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForui4(const char* name, unsigned long value,
+                                       const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForui8(const char* name, unsigned long long value,
+                                       const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForr4(const char* name, float value, const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForr8(const char* name, double value, const CPrimitiveRestrictions& restrictions);
+
+    // minLength, maxLength and length in bytes, then the pattern over the whole value.
+    static void CheckRestrictionForstring(const char* name, std::string value,
+                                          const CPrimitiveRestrictions& restrictions);
+    // Booleans have no facet to check.
+    static void CheckRestrictionForboolean(const char* name, bool value, const CPrimitiveRestrictions& restrictions);
+
+    // The binary, date and time, duration, year, month, day, decimal and integer kinds
+    // join here with their value types.
+};
+
+} // namespace QvXmlLib10
