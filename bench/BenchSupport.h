@@ -13,10 +13,10 @@ namespace QvXmlBench {
 // A purchase-order document of about `bytes` bytes, namespaced, with attributes and text.
 const std::string& OrderDocument(size_t bytes);
 
-// Bytes currently allocated through malloc and its family, and the peak since the last reset.
-size_t HeapInUse();
-size_t HeapPeak();
-void ResetHeapPeak();
+// Peak growth of the heap (every allocation of the process through malloc and its
+// family) between the two calls.
+void StartHeapMeter();
+size_t StopHeapMeter();
 
 // Lines printed after the benchmarks have run (ratios against baselines of the same run).
 void AddReport(std::function<void()> report);

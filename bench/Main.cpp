@@ -19,19 +19,25 @@ void __libc_free(void*);
 
 namespace {
 
-std::atomic<size_t> g_inUse{0};
-std::atomic<size_t> g_peak{0};
+// The meter counts only while a measurement runs, so that timed benchmarks pay nothing
+// for it. Growth is net: a block freed during the measurement that was allocated
+// before it counts as negative.
+std::atomic<bool> g_metering{false};
+std::atomic<long long> g_inUse{0};
+std::atomic<long long> g_peak{0};
 
 void Grew(void* p) {
-    if (!p) return;
-    const size_t now = g_inUse.fetch_add(malloc_usable_size(p)) + malloc_usable_size(p);
-    size_t peak = g_peak.load();
+    if (!p || !g_metering.load(std::memory_order_relaxed)) return;
+    const long long size = static_cast<long long>(malloc_usable_size(p));
+    const long long now = g_inUse.fetch_add(size) + size;
+    long long peak = g_peak.load();
     while (now > peak && !g_peak.compare_exchange_weak(peak, now)) {
     }
 }
 
 void Shrank(void* p) {
-    if (p) g_inUse.fetch_sub(malloc_usable_size(p));
+    if (p && g_metering.load(std::memory_order_relaxed))
+        g_inUse.fetch_sub(static_cast<long long>(malloc_usable_size(p)));
 }
 
 } // namespace
@@ -66,9 +72,16 @@ void free(void* p) {
 
 namespace QvXmlBench {
 
-size_t HeapInUse() { return g_inUse.load(); }
-size_t HeapPeak() { return g_peak.load(); }
-void ResetHeapPeak() { g_peak.store(g_inUse.load()); }
+void StartHeapMeter() {
+    g_inUse.store(0);
+    g_peak.store(0);
+    g_metering.store(true);
+}
+
+size_t StopHeapMeter() {
+    g_metering.store(false);
+    return static_cast<size_t>(g_peak.load());
+}
 
 static std::vector<std::function<void()>>& Reports() {
     static std::vector<std::function<void()>> reports;

@@ -132,6 +132,11 @@ void CExpatReader::FnStartElement(void* userData, const char* name, const char**
                                            nameLength - static_cast<size_t>(bar - name) - 1)
                 : document->AddElement_Int("", 0, name, nameLength);
 
+        if (attributes && attributes[0]) {
+            size_t count = 0;
+            while (attributes[2 * count]) ++count;
+            element->m_attributes.reserve(count);
+        }
         for (const char** attribute = attributes; attribute && attribute[0]; attribute += 2) {
             const char* attributeName = attribute[0];
             const char* value = attribute[1];

@@ -16,7 +16,117 @@ const char XMLNS_NAMESPACE[] = "http://www.w3.org/2000/xmlns/";
 
 bool IsInstanceNamespace(const std::string& uri) { return uri == XSI_NAMESPACE || uri == XMLNS_NAMESPACE; }
 
+// Every node block starts with this header, which tells its delete where it came from.
+struct alignas(16) NodeHeader {
+    void* pool;       // the CNodePool, or null for a node on the heap
+    std::size_t size;              // bytes of the whole block, header included
+};
+static_assert(sizeof(NodeHeader) == 16, "the node header keeps the node's alignment");
+
+void* HeapNode(std::size_t size) {
+    NodeHeader* header = static_cast<NodeHeader*>(::operator new(sizeof(NodeHeader) + size));
+    header->pool = nullptr;
+    header->size = sizeof(NodeHeader) + size;
+    return header + 1;
+}
+
 } // namespace
+
+// Bump allocator for the nodes of one document, with a free list per node size so that
+// nodes removed during a load (by an element hook) are reused. Nodes are destroyed by
+// their owners as usual; the pool hands out the memory and releases it all at the end.
+class CXmlDocument::CNodePool {
+public:
+    void* Allocate(std::size_t size) {
+        const std::size_t needed = (sizeof(NodeHeader) + size + 15) & ~static_cast<std::size_t>(15);
+        for (FreeList& list : m_freeLists) {
+            if (list.size == needed && list.head) {
+                FreeBlock* block = list.head;
+                list.head = block->next;
+                return Stamp(block, needed);
+            }
+        }
+        if (needed > m_left) {
+            const std::size_t blockSize = std::max(needed, BLOCK_SIZE);
+            m_blocks.emplace_back(new unsigned char[blockSize]);
+            m_next = m_blocks.back().get();
+            m_left = blockSize;
+        }
+        void* block = m_next;
+        m_next += needed;
+        m_left -= needed;
+        return Stamp(block, needed);
+    }
+
+    void Free(NodeHeader* header) {
+        const std::size_t size = header->size;
+        FreeBlock* block = reinterpret_cast<FreeBlock*>(header);
+        for (FreeList& list : m_freeLists) {
+            if (list.size == size) {
+                block->next = list.head;
+                list.head = block;
+                return;
+            }
+        }
+        block->next = nullptr;
+        m_freeLists.push_back({size, block});
+    }
+
+private:
+    struct FreeBlock {
+        FreeBlock* next;
+    };
+    struct FreeList {
+        std::size_t size;
+        FreeBlock* head;
+    };
+
+    void* Stamp(void* block, std::size_t size) {
+        NodeHeader* header = static_cast<NodeHeader*>(block);
+        header->pool = this;
+        header->size = size;
+        return header + 1;
+    }
+
+    // Below the usual threshold of mapped allocations, so that blocks are reused from
+    // the heap instead of being mapped and faulted in anew on every load.
+    static constexpr std::size_t BLOCK_SIZE = 64 * 1024 - 64;
+    std::vector<std::unique_ptr<unsigned char[]>> m_blocks;
+    std::vector<FreeList> m_freeLists;
+    unsigned char* m_next = nullptr;
+    std::size_t m_left = 0;
+};
+
+void CXmlDocument::FreeNode(void* node) noexcept {
+    if (!node) return;
+    NodeHeader* header = static_cast<NodeHeader*>(node) - 1;
+    if (header->pool)
+        static_cast<CNodePool*>(header->pool)->Free(header);
+    else
+        ::operator delete(header);
+}
+
+void* CXmlDocument::AllocateNode(std::size_t size, const CXmlDocument* document) {
+    if (!document) return HeapNode(size);
+    // The pool is storage, not state of the tree: a const document still hands out nodes.
+    CXmlDocument* owner = const_cast<CXmlDocument*>(document);
+    if (!owner->m_pNodePool) owner->m_pNodePool.reset(new CNodePool);
+    return owner->m_pNodePool->Allocate(size);
+}
+
+void* CXmlAttribute::operator new(std::size_t size) { return HeapNode(size); }
+void* CXmlAttribute::operator new(std::size_t size, const CXmlDocument* pool) {
+    return CXmlDocument::AllocateNode(size, pool);
+}
+void CXmlAttribute::operator delete(void* p) noexcept { CXmlDocument::FreeNode(p); }
+void CXmlAttribute::operator delete(void* p, const CXmlDocument*) noexcept { CXmlDocument::FreeNode(p); }
+
+void* CXmlElement::operator new(std::size_t size) { return HeapNode(size); }
+void* CXmlElement::operator new(std::size_t size, const CXmlDocument* pool) {
+    return CXmlDocument::AllocateNode(size, pool);
+}
+void CXmlElement::operator delete(void* p) noexcept { CXmlDocument::FreeNode(p); }
+void CXmlElement::operator delete(void* p, const CXmlDocument*) noexcept { CXmlDocument::FreeNode(p); }
 
 // ---------------------------------------------------------------------------------------------
 // CXmlAttribute
@@ -86,7 +196,7 @@ void CXmlElement::AppendText(const char* text) {
 }
 
 CXmlElement* CXmlElement::CreateNewChildElement() {
-    std::unique_ptr<CXmlElement> child(new CXmlElement(m_pDocument));
+    std::unique_ptr<CXmlElement> child(new (m_pDocument) CXmlElement(m_pDocument));
     CXmlElement* raw = child.get();
     if (m_pLastChild)
         m_pLastChild->m_pNextSibling = std::move(child);
@@ -98,13 +208,13 @@ CXmlElement* CXmlElement::CreateNewChildElement() {
 
 void CXmlElement::AddAttribute(const std::string& localName, const std::string& value,
                                const std::string& namespaceUri) {
-    m_attributes.emplace_back(new CXmlAttribute(localName, value, namespaceUri));
+    m_attributes.emplace_back(new (m_pDocument) CXmlAttribute(localName, value, namespaceUri));
 }
 
 void CXmlElement::AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
                                const char* namespaceUri, size_t namespaceLength) {
     m_attributes.emplace_back(
-        new CXmlAttribute(localName, localLength, value, valueLength, namespaceUri, namespaceLength));
+        new (m_pDocument) CXmlAttribute(localName, localLength, value, valueLength, namespaceUri, namespaceLength));
 }
 
 CXmlElement* CXmlElement::RemoveLastChildElement() {
@@ -146,6 +256,7 @@ void CXmlDocument::Init() {
 void CXmlDocument::Cleanup() {
     m_elementStack.clear();
     m_pDocumentElement.reset();
+    m_pNodePool.reset();
     m_pData.reset();
     m_dataLength = 0;
     m_namespaceAliases.clear();
@@ -160,7 +271,7 @@ CXmlElement* CXmlDocument::AddElement_Int(const char* namespaceUri, size_t names
                                           size_t localLength) {
     CXmlElement* element;
     if (!m_pDocumentElement) {
-        m_pDocumentElement.reset(new CXmlElement(this));
+        m_pDocumentElement.reset(new (this) CXmlElement(this));
         element = m_pDocumentElement.get();
     } else {
         if (m_elementStack.empty()) throw CQvException("The document has no open element to add a child element to");
@@ -173,7 +284,7 @@ CXmlElement* CXmlDocument::AddElement_Int(const char* namespaceUri, size_t names
 }
 
 CXmlElement* CXmlDocument::AddDocElement(const char* namespaceUri, const char* localName) {
-    m_pDocumentElement.reset(new CXmlElement(this));
+    m_pDocumentElement.reset(new (this) CXmlElement(this));
     CXmlElement* element = m_pDocumentElement.get();
     element->m_namespaceUri = namespaceUri ? namespaceUri : "";
     element->m_localName = localName ? localName : "";

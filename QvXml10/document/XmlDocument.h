@@ -3,6 +3,7 @@
 #include "foundation/CriticalSection.h"
 #include "foundation/QvTypes.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <map>
@@ -32,8 +33,15 @@ public:
     // binding instead of being reported as unknown.
     bool IsNamespaceAttribute() const;
 
+    // Attributes of a parsed tree live in their document's node pool; others on the heap.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p) noexcept;
+
 private:
     friend class CXmlElement;
+    static void* operator new(std::size_t size, const CXmlDocument* pool);
+    static void operator delete(void* p, const CXmlDocument* pool) noexcept;
+
     CXmlAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
                   const char* namespaceUri, size_t namespaceLength);
 
@@ -71,12 +79,20 @@ public:
 
     CXmlElement* CreateNewChildElement();
     void AddAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
-    // Unlinks the last child; the caller owns it. Null when there is no child.
+    // Unlinks the last child; the caller owns it. Null when there is no child. Like every
+    // element of a document, it lives no longer than its document.
     CXmlElement* RemoveLastChildElement();
+
+    // Elements of a document live in the document's node pool; others on the heap.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p) noexcept;
 
 private:
     friend class CXmlDocument;
     friend class CExpatReader;
+
+    static void* operator new(std::size_t size, const CXmlDocument* pool);
+    static void operator delete(void* p, const CXmlDocument* pool) noexcept;
 
     void AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
                       const char* namespaceUri, size_t namespaceLength);
@@ -139,6 +155,11 @@ protected:
 
 private:
     friend class CExpatReader;
+    friend class CXmlElement;
+    friend class CXmlAttribute;
+    class CNodePool;
+    static void* AllocateNode(std::size_t size, const CXmlDocument* document);
+    static void FreeNode(void* node) noexcept;
 
     CXmlElement* AddElement_Int(const char* namespaceUri, size_t namespaceLength, const char* localName,
                                 size_t localLength);
@@ -152,6 +173,9 @@ private:
     SchemaType m_schemaType;
     ElementHook m_pElementHook;
     const CXmlSerializationContext* m_pContext;
+    // Storage of the elements and attributes of the tree: one block per many nodes
+    // instead of one heap block per node.
+    std::unique_ptr<CNodePool> m_pNodePool;
 };
 
 // The length of an open file, with its position left as it was; -1 on failure.
