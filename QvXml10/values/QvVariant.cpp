@@ -65,81 +65,68 @@ QvVariant& QvVariant::operator=(const QvVariant& other)
     m_eType = kind;
     m_bNil = nil;
 
-    switch (m_eType) {
+    // Heap kinds take what was prepared above: nothing when the source is nil.
+    if (kind == ItemType_string) {
+        m_value.pString = text.release();
+        return *this;
+    }
+    if (kind == ItemType_XmlObject) {
+        m_value.pXmlObject = object.Detach();
+        return *this;
+    }
+    // Nil carries no value; a scalar copies its own width of the word and no more.
+    if (nil)
+        return *this;
+    switch (kind) {
     case ItemType_Invalid:
         break;
     case ItemType_i1:
-        if (!m_bNil)
-            m_value.i1 = word.i1;
+        m_value.i1 = word.i1;
         break;
     case ItemType_i2:
-        if (!m_bNil)
-            m_value.i2 = word.i2;
+        m_value.i2 = word.i2;
         break;
     case ItemType_i4:
-        if (!m_bNil)
-            m_value.i4 = word.i4;
+        m_value.i4 = word.i4;
         break;
     case ItemType_i8:
-        if (!m_bNil)
-            m_value.i8 = word.i8;
+        m_value.i8 = word.i8;
         break;
     case ItemType_ui1:
-        if (!m_bNil)
-            m_value.ui1 = word.ui1;
+        m_value.ui1 = word.ui1;
         break;
     case ItemType_ui2:
-        if (!m_bNil)
-            m_value.ui2 = word.ui2;
+        m_value.ui2 = word.ui2;
         break;
     case ItemType_ui4:
-        if (!m_bNil)
-            m_value.ui4 = word.ui4;
+        m_value.ui4 = word.ui4;
         break;
     case ItemType_ui8:
-        if (!m_bNil)
-            m_value.ui8 = word.ui8;
+        m_value.ui8 = word.ui8;
         break;
     case ItemType_r4:
-        if (!m_bNil)
-            m_value.r4 = word.r4;
+        m_value.r4 = word.r4;
         break;
     case ItemType_r8:
-        if (!m_bNil)
-            m_value.r8 = word.r8;
+        m_value.r8 = word.r8;
         break;
     case ItemType_year:
-        if (!m_bNil)
-            m_value.year = word.year;
+        m_value.year = word.year;
         break;
     case ItemType_month:
-        if (!m_bNil)
-            m_value.month = word.month;
+        m_value.month = word.month;
         break;
     case ItemType_day:
-        if (!m_bNil)
-            m_value.day = word.day;
+        m_value.day = word.day;
         break;
     case ItemType_char:
-        if (!m_bNil)
-            m_value.ch = word.ch;
+        m_value.ch = word.ch;
         break;
     case ItemType_boolean:
-        if (!m_bNil)
-            m_value.boolean = word.boolean;
-        break;
-    // A nil source carries no value; a heap kind then holds a null pointer.
-    case ItemType_string:
-        m_value.pString = text.release();
-        break;
-    case ItemType_XmlObject:
-        m_value.pXmlObject = object.Detach();
+        m_value.boolean = word.boolean;
         break;
     default:
-        if (!m_bNil)
-            throw CQvException("Unknown Type");
-        m_value.ui8 = 0;
-        break;
+        throw CQvException("Unknown Type");
     }
     return *this;
 }

@@ -96,15 +96,6 @@ TEST(WhitespaceTest, PreserveOfBufferReadsOnlyTheGivenBytes)
     EXPECT_EQ("a", WS::Preserve(withNul, 3));
 }
 
-TEST(WhitespaceTest, ArgumentIsNotChanged)
-{
-    const std::string text = " a\r\n b\t";
-    EXPECT_EQ("a b", WS::Collapse(text));
-    EXPECT_EQ(" a  b ", WS::Replace(text));
-    EXPECT_EQ(" a\n b\t", WS::Preserve(text));
-    EXPECT_EQ(" a\r\n b\t", text);
-}
-
 TEST(WhitespaceTest, LongTextCollapses)
 {
     std::string text;
