@@ -21,7 +21,8 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
       m_defaultNamespace(),
       m_pNamespaceMap(nullptr),
       m_inheritsScope(true),
-      m_ownsNamespaceMap(false) {
+      m_ownsNamespaceMap(false),
+      m_pScope(this) {
     if (!pParent) {
         // Without a parent there is no scope to share: start an empty one.
         m_pNamespaceMap = new NamespaceMap();
@@ -32,6 +33,7 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
     // Nothing below throws, so the parent is taken only when the context stands.
     m_depth = pParent->m_depth + 1;
     m_pNamespaceMap = pParent->m_pNamespaceMap;
+    m_pScope = pParent->m_pScope;
     m_pParent = std::move(pParent);
 }
 
@@ -51,7 +53,8 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
       m_defaultNamespace(defaultNamespace),
       m_pNamespaceMap(nullptr),
       m_inheritsScope(false),
-      m_ownsNamespaceMap(true) {
+      m_ownsNamespaceMap(true),
+      m_pScope(this) {
     m_pNamespaceMap = pNamespaceMap != nullptr ? new NamespaceMap(*pNamespaceMap) : new NamespaceMap();
     m_pParent = std::move(pParent);
 }
@@ -67,28 +70,33 @@ CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
     }
 }
 
-const CXmlWriter::CXmlWriterContext& CXmlWriter::CXmlWriterContext::GetScope() const {
-    const CXmlWriterContext* scope = this;
-    while (scope->m_inheritsScope && scope->m_pParent)
-        scope = scope->m_pParent.get();
-    return *scope;
-}
-
-const std::string& CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const {
-    return GetScope().m_defaultNamespace;
-}
-
-const CXmlWriter::NamespaceMap& CXmlWriter::CXmlWriterContext::GetNamespaceMap() const {
-    return *m_pNamespaceMap;
+inline void CXmlWriter::CXmlWriterContext::Reuse(const std::string& localName, const std::string& namespaceUri,
+                                          std::unique_ptr<CXmlWriterContext>&& pParent) {
+    // The names first: they are all that can throw, and the parent is still the caller's then.
+    m_namespaceUri = namespaceUri;
+    m_localName = localName;
+    if (m_ownsNamespaceMap)
+        delete m_pNamespaceMap;
+    m_childCount = 0;
+    m_startTagOpen = true;
+    m_hasAttributes = false;
+    m_defaultNamespace.clear();
+    m_inheritsScope = true;
+    m_ownsNamespaceMap = false;
+    m_depth = pParent->m_depth + 1;
+    m_pNamespaceMap = pParent->m_pNamespaceMap;
+    m_pScope = pParent->m_pScope;
+    m_pParent = std::move(pParent);
 }
 
 void CXmlWriter::CXmlWriterContext::OwnScope(bool copyDefaultNamespace) {
     auto copy = std::make_unique<NamespaceMap>(*m_pNamespaceMap);
     if (copyDefaultNamespace)
-        m_defaultNamespace = GetScope().m_defaultNamespace;
+        m_defaultNamespace = m_pScope->m_defaultNamespace;
     m_pNamespaceMap = copy.release();
     m_ownsNamespaceMap = true;
     m_inheritsScope = false;
+    m_pScope = this;
 }
 
 void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(const std::string& namespaceUri) {
@@ -116,7 +124,7 @@ const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const cha
 // CXmlWriter
 
 CXmlWriter::CXmlWriter(const char* label)
-    : CInstanceMonitor(label), m_defaultNamespace(), m_pContext(), m_namespaceMap() {
+    : CInstanceMonitor(label), m_defaultNamespace(), m_pContext(), m_namespaceMap(), m_pSpareContexts() {
     // Not the virtual call: a derived writer is not yet constructed here.
     CXmlWriter::AddNamespace("xml", XML_NAMESPACE);
 }
@@ -142,6 +150,26 @@ void CXmlWriter::AddNamespace(const std::string& alias, const std::string& names
         m_pContext->SetNamespaceMapValue(namespaceUri, alias);
     else
         m_namespaceMap[namespaceUri] = alias;
+}
+
+void CXmlWriter::PushContext(const std::string& localName, const std::string& namespaceUri) {
+    if (!m_pContext) {
+        m_pContext.reset(new CXmlWriterContext(localName, namespaceUri, m_defaultNamespace, &m_namespaceMap, nullptr));
+    } else if (m_pSpareContexts) {
+        std::unique_ptr<CXmlWriterContext> context = std::move(m_pSpareContexts);
+        m_pSpareContexts = std::move(context->m_pParent);
+        try {
+            context->Reuse(localName, namespaceUri, std::move(m_pContext));
+        } catch (...) {
+            // Only the names can fail, before the parent is taken; keep the spare.
+            context->m_pParent = std::move(m_pSpareContexts);
+            m_pSpareContexts = std::move(context);
+            throw;
+        }
+        m_pContext = std::move(context);
+    } else {
+        m_pContext.reset(new CXmlWriterContext(localName, namespaceUri, std::move(m_pContext)));
+    }
 }
 
 std::string CXmlWriter::NsIntToString(int n) {

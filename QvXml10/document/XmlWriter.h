@@ -23,9 +23,10 @@ public:
     // One open element. A context either has a namespace scope of its own (default
     // namespace and map) or uses the scope of the nearest ancestor that has one; it
     // takes a private copy of the map only when it declares something itself.
-    // m_pNamespaceMap always points at the map in force, inherited or own, so the map
-    // is found without walking up; only the innermost context ever gains a scope, so an
-    // inherited pointer stays the one in force for the context's whole life.
+    // The scope in force is found without walking up: m_pNamespaceMap always points at
+    // the map in force, inherited or own, and a private link at the context that holds
+    // the scope. Only the innermost open context ever gains a scope of its own, so what
+    // a context inherits stays in force for its whole life.
     class CXmlWriterContext : public CInstanceMonitor {
     public:
         // Child element. Takes over pParent (which is left empty) and shares its scope.
@@ -43,8 +44,8 @@ public:
 
         // The effective default namespace and map: those of the nearest context,
         // this one included, that has a scope of its own.
-        const std::string& GetDefaultNamespace() const;
-        const NamespaceMap& GetNamespaceMap() const;
+        const std::string& GetDefaultNamespace() const { return m_pScope->m_defaultNamespace; }
+        const NamespaceMap& GetNamespaceMap() const { return *m_pNamespaceMap; }
 
         // Both give this context a scope of its own first if it has none.
         void SetDefaultNamespace(const std::string& namespaceUri);
@@ -68,10 +69,17 @@ public:
         bool m_ownsNamespaceMap;
 
     private:
-        const CXmlWriterContext& GetScope() const;
+        friend class CXmlWriter;
+
         // Gives this context a private copy of the inherited map (and, if asked, the
         // inherited default namespace).
         void OwnScope(bool copyDefaultNamespace);
+        // Makes a context that was popped a child of pParent, as the child constructor
+        // would, keeping the capacity of its strings.
+        void Reuse(const std::string& localName, const std::string& namespaceUri,
+                   std::unique_ptr<CXmlWriterContext>&& pParent);
+
+        CXmlWriterContext* m_pScope;         // the context whose scope is in force
     };
 
     explicit CXmlWriter(const char* label);
@@ -102,9 +110,26 @@ public:
     static std::string GetUniquePrefix(const NamespaceMap& namespaces);
 
 protected:
+    // Opens a context for a new element and makes it current: the child form under an
+    // open element, otherwise the root form with the default namespace and the map set
+    // before the first element. Contexts popped before are reused.
+    void PushContext(const std::string& localName, const std::string& namespaceUri);
+    // Makes the parent of the current context current; the context is kept for reuse.
+    void PopContext() {
+        std::unique_ptr<CXmlWriterContext> context = std::move(m_pContext);
+        m_pContext = std::move(context->m_pParent);
+        context->m_pParent = std::move(m_pSpareContexts);
+        m_pSpareContexts = std::move(context);
+    }
+
     std::string m_defaultNamespace;                  // set before the first element
     std::unique_ptr<CXmlWriterContext> m_pContext;   // innermost open element, or null
     NamespaceMap m_namespaceMap;                     // aliases set before the first element
+
+private:
+    // Contexts of closed elements, linked through m_pParent, so that writing an element
+    // allocates nothing once the document has been as deep before.
+    std::unique_ptr<CXmlWriterContext> m_pSpareContexts;
 };
 
 } // namespace QvXmlLib10
