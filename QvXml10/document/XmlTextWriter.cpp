@@ -382,7 +382,7 @@ void CXmlTextWriter::WriteString(const std::string& text, ItemType /*type*/) {
         out.Put('>');
     }
     // Text that the reader kept with its CDATA markers goes back out as it stands.
-    if (text.compare(0, kCDataStartLength, kCDataStart) == 0)
+    if (text[0] == '<' && text.compare(0, kCDataStartLength, kCDataStart) == 0)
         out.Put(text);
     else
         Escape(out, text.c_str(), false);
