@@ -43,7 +43,7 @@ public:
 
     // The XML declaration, with the encoding of the stream.
     void WriteStartDocument();
-    // Raw text and a line end; only before the root element is opened.
+    // Raw text and a line end; refused while an element is open.
     void WriteHeaderDirective(const std::string& text);
     // Raw text, and a line end when formatting.
     void WriteRawElement(const std::string& text);

@@ -71,7 +71,7 @@ CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
 }
 
 inline void CXmlWriter::CXmlWriterContext::Reuse(const std::string& localName, const std::string& namespaceUri,
-                                          std::unique_ptr<CXmlWriterContext>&& pParent) {
+                                                 std::unique_ptr<CXmlWriterContext>&& pParent) {
     // The names first: they are all that can throw, and the parent is still the caller's then.
     m_namespaceUri = namespaceUri;
     m_localName = localName;
