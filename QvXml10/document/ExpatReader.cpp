@@ -17,8 +17,15 @@ namespace {
 
 const uint64_t SCRATCH_SIZE = 1024;
 
+// Whether any byte is outside ASCII, eight bytes per step.
 bool HasHighBit(const char* text, size_t length) {
-    for (size_t i = 0; i < length; ++i)
+    size_t i = 0;
+    for (; i + 8 <= length; i += 8) {
+        uint64_t word;
+        std::memcpy(&word, text + i, 8);
+        if (word & 0x8080808080808080ull) return true;
+    }
+    for (; i < length; ++i)
         if (static_cast<unsigned char>(text[i]) & 0x80) return true;
     return false;
 }
@@ -35,7 +42,8 @@ CExpatReader::CExpatReader(CXmlDocument& document)
       m_pDocument(&document),
       m_scratchSize(0),
       m_parser(nullptr),
-      m_passThrough(false) {}
+      m_passThrough(false),
+      m_depth(0) {}
 
 CExpatReader::~CExpatReader() {
     Cleanup();
@@ -66,6 +74,8 @@ void CExpatReader::CreateParser() {
         m_parser = XML_ParserCreateNS(nullptr, '|');
     if (!m_parser) throw std::bad_alloc();
 
+    m_pendingText.assign(1, std::string());
+    m_depth = 0;
     XML_SetUserData(m_parser, this);
     XML_SetElementHandler(m_parser, FnStartElement, FnEndElement);
     XML_SetNamespaceDeclHandler(m_parser, FnStartNamespace, FnEndNamespace);
@@ -79,6 +89,7 @@ void CExpatReader::Parse(bool isFinal) {
     const uint64_t length = m_pDocument->m_dataLength;
     const XML_Status status = XML_Parse(m_parser, reinterpret_cast<const char*>(m_pDocument->m_pData.get()),
                                         static_cast<int>(length), isFinal ? 1 : 0);
+    if (m_pendingException || status != XML_STATUS_OK) FlushAllPending();
     if (m_pendingException) {
         Cleanup();
         FreeParser();
@@ -95,6 +106,31 @@ void CExpatReader::Parse(bool isFinal) {
         throw CQvException(message);
     }
     if (isFinal) FreeParser();
+}
+
+void CExpatReader::AppendPending(const char* text, size_t length) {
+    if (m_depth == 0 || length == 0) return;
+    // The text ends at its first NUL, and carriage returns vanish.
+    const char* end = text + strnlen(text, length);
+    std::string& pending = PendingText();
+    while (text != end) {
+        const char* cr = static_cast<const char*>(std::memchr(text, '\r', static_cast<size_t>(end - text)));
+        const char* runEnd = cr ? cr : end;
+        pending.append(text, static_cast<size_t>(runEnd - text));
+        text = cr ? cr + 1 : end;
+    }
+}
+
+void CExpatReader::FlushPending(CXmlElement* element, size_t depth) {
+    std::string& pending = m_pendingText[depth];
+    if (pending.empty()) return;
+    element->AppendText(pending.data(), static_cast<int>(pending.size()));
+    pending.clear();
+}
+
+void CExpatReader::FlushAllPending() {
+    const std::vector<CXmlElement*>& open = m_pDocument->m_elementStack;
+    for (size_t depth = 1; depth <= m_depth && depth <= open.size(); ++depth) FlushPending(open[depth - 1], depth);
 }
 
 template <typename Body> void CExpatReader::Guard(Body&& body) {
@@ -131,6 +167,7 @@ void CExpatReader::FnStartElement(void* userData, const char* name, const char**
             bar ? document->AddElement_Int(name, static_cast<size_t>(bar - name), bar + 1,
                                            nameLength - static_cast<size_t>(bar - name) - 1)
                 : document->AddElement_Int("", 0, name, nameLength);
+        if (++reader->m_depth == reader->m_pendingText.size()) reader->m_pendingText.emplace_back();
 
         if (attributes && attributes[0]) {
             size_t count = 0;
@@ -170,7 +207,13 @@ void CExpatReader::FnStartElement(void* userData, const char* name, const char**
 
 void CExpatReader::FnEndElement(void* userData, const char* /*name*/) {
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
-    reader->Guard([&] { reader->m_pDocument->EndElement(); });
+    reader->Guard([&] {
+        CXmlDocument* document = reader->m_pDocument;
+        if (reader->m_depth > 0 && !document->m_elementStack.empty())
+            reader->FlushPending(document->m_elementStack.back(), reader->m_depth);
+        if (reader->m_depth > 0) --reader->m_depth;
+        document->EndElement();
+    });
 }
 
 void CExpatReader::FnStartNamespace(void* userData, const char* prefix, const char* uri) {
@@ -189,11 +232,8 @@ void CExpatReader::FnText(void* userData, const char* text, int length) {
     if (length <= 0) return;
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
     reader->Guard([&] {
-        CXmlDocument* document = reader->m_pDocument;
-        if (document->m_elementStack.empty()) return;
-        CXmlElement* top = document->m_elementStack.back();
         if (reader->m_passThrough || !HasHighBit(text, static_cast<size_t>(length))) {
-            CXmlDocument::AppendTextExcludingCR(top, text, static_cast<unsigned long>(length));
+            reader->AppendPending(text, static_cast<size_t>(length));
             return;
         }
         wchar_t* wide = reinterpret_cast<wchar_t*>(reader->m_pScratch.get());
@@ -202,24 +242,18 @@ void CExpatReader::FnText(void* userData, const char* text, int length) {
             reinterpret_cast<unsigned char*>(const_cast<char*>(text)), length, wide,
             static_cast<unsigned long>(reader->m_scratchSize / 8), narrow,
             static_cast<unsigned long>(reader->m_scratchSize / 2));
-        CXmlDocument::AppendTextExcludingCR(top, converted.c_str(), static_cast<unsigned long>(converted.size()));
+        reader->AppendPending(converted.data(), converted.size());
     });
 }
 
 void CExpatReader::FnStartCDATA(void* userData) {
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
-    reader->Guard([&] {
-        if (!reader->m_pDocument->m_elementStack.empty())
-            CXmlDocument::AppendTextExcludingCR(reader->m_pDocument->m_elementStack.back(), "<![CDATA[");
-    });
+    reader->Guard([&] { reader->AppendPending("<![CDATA[", 9); });
 }
 
 void CExpatReader::FnEndCDATA(void* userData) {
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
-    reader->Guard([&] {
-        if (!reader->m_pDocument->m_elementStack.empty())
-            CXmlDocument::AppendTextExcludingCR(reader->m_pDocument->m_elementStack.back(), "]]>");
-    });
+    reader->Guard([&] { reader->AppendPending("]]>", 3); });
 }
 
 } // namespace QvXmlLib10

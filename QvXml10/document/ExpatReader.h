@@ -5,12 +5,15 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <string>
+#include <vector>
 
 struct XML_ParserStruct;
 
 namespace QvXmlLib10 {
 
 class CXmlDocument;
+class CXmlElement;
 
 // Adapts the expat parser to the document tree for one parse of the document's raw
 // data, which goes to expat in a single call.
@@ -39,6 +42,13 @@ public:
 
 private:
     void FreeParser();
+    // Character data of each open element is gathered here, one buffer per depth reused
+    // for the whole parse, and handed to the element once: at its end tag, or when the
+    // parse stops early.
+    std::string& PendingText() { return m_pendingText[m_depth]; }
+    void AppendPending(const char* text, size_t length);
+    void FlushPending(CXmlElement* element, size_t depth);
+    void FlushAllPending();
     // Runs a handler body; an exception stops the parser and is rethrown by Parse,
     // so that it never unwinds through expat.
     template <typename Body> void Guard(Body&& body);
@@ -50,6 +60,8 @@ private:
     // True when UTF-8 from expat is already the local code page (ASCIIOnly or a UTF-8 locale).
     bool m_passThrough;
     std::exception_ptr m_pendingException;
+    std::vector<std::string> m_pendingText;
+    size_t m_depth;
 };
 
 } // namespace QvXmlLib10

@@ -4,8 +4,10 @@
 #include "document/ExpatReader.h"
 #include "foundation/QvException.h"
 
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <deque>
 
 namespace QvXmlLib10 {
 
@@ -16,34 +18,37 @@ const char XMLNS_NAMESPACE[] = "http://www.w3.org/2000/xmlns/";
 
 bool IsInstanceNamespace(const std::string& uri) { return uri == XSI_NAMESPACE || uri == XMLNS_NAMESPACE; }
 
-// Every node block starts with this header, which tells its delete where it came from.
-struct alignas(16) NodeHeader {
-    void* pool;       // the CNodePool, or null for a node on the heap
-    std::size_t size;              // bytes of the whole block, header included
-};
-static_assert(sizeof(NodeHeader) == 16, "the node header keeps the node's alignment");
+const std::string& EmptyName() {
+    static const std::string empty;
+    return empty;
+}
 
-void* HeapNode(std::size_t size) {
-    NodeHeader* header = static_cast<NodeHeader*>(::operator new(sizeof(NodeHeader) + size));
-    header->pool = nullptr;
-    header->size = sizeof(NodeHeader) + size;
-    return header + 1;
+// Every node block starts with this header, which tells its delete where it came from.
+struct NodeHeader {
+    void* pool; // the document's CNodePool, or null for a node on the heap
+};
+constexpr std::size_t NODE_ALIGN = 8;
+static_assert(sizeof(NodeHeader) == NODE_ALIGN, "the header keeps the node's alignment");
+
+std::size_t BlockSize(std::size_t size) {
+    return (sizeof(NodeHeader) + size + NODE_ALIGN - 1) & ~(NODE_ALIGN - 1);
 }
 
 } // namespace
 
-// Bump allocator for the nodes of one document, with a free list per node size so that
-// nodes removed during a load (by an element hook) are reused. Nodes are destroyed by
-// their owners as usual; the pool hands out the memory and releases it all at the end.
+// Bump allocator for the nodes of one document, with a free list per block size so that
+// destroyed nodes (removed by an element hook, or freed by Cleanup before the next load)
+// are reused. Nodes are destroyed by their owners as usual; the pool only hands out the
+// memory and releases all of it with the document.
 class CXmlDocument::CNodePool {
 public:
     void* Allocate(std::size_t size) {
-        const std::size_t needed = (sizeof(NodeHeader) + size + 15) & ~static_cast<std::size_t>(15);
+        const std::size_t needed = BlockSize(size);
         for (FreeList& list : m_freeLists) {
             if (list.size == needed && list.head) {
                 FreeBlock* block = list.head;
                 list.head = block->next;
-                return Stamp(block, needed);
+                return Stamp(block);
             }
         }
         if (needed > m_left) {
@@ -55,21 +60,21 @@ public:
         void* block = m_next;
         m_next += needed;
         m_left -= needed;
-        return Stamp(block, needed);
+        return Stamp(block);
     }
 
-    void Free(NodeHeader* header) {
-        const std::size_t size = header->size;
+    void Free(NodeHeader* header, std::size_t size) {
+        const std::size_t blockSize = BlockSize(size);
         FreeBlock* block = reinterpret_cast<FreeBlock*>(header);
         for (FreeList& list : m_freeLists) {
-            if (list.size == size) {
+            if (list.size == blockSize) {
                 block->next = list.head;
                 list.head = block;
                 return;
             }
         }
         block->next = nullptr;
-        m_freeLists.push_back({size, block});
+        m_freeLists.push_back({blockSize, block});
     }
 
 private:
@@ -81,10 +86,9 @@ private:
         FreeBlock* head;
     };
 
-    void* Stamp(void* block, std::size_t size) {
+    void* Stamp(void* block) {
         NodeHeader* header = static_cast<NodeHeader*>(block);
         header->pool = this;
-        header->size = size;
         return header + 1;
     }
 
@@ -97,65 +101,148 @@ private:
     std::size_t m_left = 0;
 };
 
-void CXmlDocument::FreeNode(void* node) noexcept {
-    if (!node) return;
-    NodeHeader* header = static_cast<NodeHeader*>(node) - 1;
-    if (header->pool)
-        static_cast<CNodePool*>(header->pool)->Free(header);
-    else
-        ::operator delete(header);
-}
+// The names and namespace URIs of one document, each kept once: an open-addressing hash
+// table over strings with stable addresses.
+class CXmlDocument::CNameTable {
+public:
+    CNameTable() : m_slots(64, nullptr) {}
+
+    const std::string* Intern(const char* text, std::size_t length) {
+        const std::size_t mask = m_slots.size() - 1;
+        for (std::size_t i = Hash(text, length) & mask;; i = (i + 1) & mask) {
+            const std::string* slot = m_slots[i];
+            if (!slot) {
+                m_names.emplace_back(text, length);
+                m_slots[i] = &m_names.back();
+                if (2 * m_names.size() > m_slots.size()) Grow();
+                return &m_names.back();
+            }
+            if (slot->size() == length && std::memcmp(slot->data(), text, length) == 0) return slot;
+        }
+    }
+
+private:
+    // Eight bytes per step: names and URIs are short, and this runs for every name read.
+    static std::size_t Hash(const char* text, std::size_t length) {
+        std::uint64_t hash = 0x9E3779B97F4A7C15ull ^ length;
+        std::size_t i = 0;
+        for (; i + 8 <= length; i += 8) {
+            std::uint64_t word;
+            std::memcpy(&word, text + i, 8);
+            hash = (hash ^ word) * 0xFF51AFD7ED558CCDull;
+            hash ^= hash >> 32;
+        }
+        if (i < length) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, text + i, length - i);
+            hash = (hash ^ word) * 0xC4CEB9FE1A85EC53ull;
+            hash ^= hash >> 32;
+        }
+        return static_cast<std::size_t>(hash);
+    }
+
+    void Grow() {
+        std::vector<const std::string*> slots(m_slots.size() * 2, nullptr);
+        const std::size_t mask = slots.size() - 1;
+        for (const std::string& name : m_names) {
+            std::size_t i = Hash(name.data(), name.size()) & mask;
+            while (slots[i]) i = (i + 1) & mask;
+            slots[i] = &name;
+        }
+        m_slots.swap(slots);
+    }
+
+    std::deque<std::string> m_names;
+    std::vector<const std::string*> m_slots;
+};
 
 void* CXmlDocument::AllocateNode(std::size_t size, const CXmlDocument* document) {
-    if (!document) return HeapNode(size);
+    if (!document) {
+        NodeHeader* header = static_cast<NodeHeader*>(::operator new(BlockSize(size)));
+        header->pool = nullptr;
+        return header + 1;
+    }
     // The pool is storage, not state of the tree: a const document still hands out nodes.
     CXmlDocument* owner = const_cast<CXmlDocument*>(document);
     if (!owner->m_pNodePool) owner->m_pNodePool.reset(new CNodePool);
     return owner->m_pNodePool->Allocate(size);
 }
 
-void* CXmlAttribute::operator new(std::size_t size) { return HeapNode(size); }
-void* CXmlAttribute::operator new(std::size_t size, const CXmlDocument* pool) {
-    return CXmlDocument::AllocateNode(size, pool);
+void CXmlDocument::FreeNode(void* node, std::size_t size) noexcept {
+    if (!node) return;
+    NodeHeader* header = static_cast<NodeHeader*>(node) - 1;
+    if (header->pool)
+        static_cast<CNodePool*>(header->pool)->Free(header, size);
+    else
+        ::operator delete(header);
 }
-void CXmlAttribute::operator delete(void* p) noexcept { CXmlDocument::FreeNode(p); }
-void CXmlAttribute::operator delete(void* p, const CXmlDocument*) noexcept { CXmlDocument::FreeNode(p); }
 
-void* CXmlElement::operator new(std::size_t size) { return HeapNode(size); }
-void* CXmlElement::operator new(std::size_t size, const CXmlDocument* pool) {
-    return CXmlDocument::AllocateNode(size, pool);
+const std::string* CXmlDocument::InternName(const char* text, size_t length) const {
+    if (length == 0) return &EmptyName();
+    // Like the pool, the table is storage: interning does not change the tree.
+    CXmlDocument* owner = const_cast<CXmlDocument*>(this);
+    if (!owner->m_pNameTable) owner->m_pNameTable.reset(new CNameTable);
+    return owner->m_pNameTable->Intern(text, length);
 }
-void CXmlElement::operator delete(void* p) noexcept { CXmlDocument::FreeNode(p); }
-void CXmlElement::operator delete(void* p, const CXmlDocument*) noexcept { CXmlDocument::FreeNode(p); }
 
 // ---------------------------------------------------------------------------------------------
 // CXmlAttribute
 
-CXmlAttribute::CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri)
-    : CInstanceMonitor("CXmlAttribute"), m_localName(localName), m_value(value), m_namespaceUri(namespaceUri) {}
+struct CXmlAttribute::COwnedNames {
+    std::string localName;
+    std::string namespaceUri;
+};
 
-CXmlAttribute::CXmlAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
-                             const char* namespaceUri, size_t namespaceLength)
-    : CInstanceMonitor("CXmlAttribute"),
-      m_localName(localName, localLength),
-      m_value(value, valueLength),
-      m_namespaceUri(namespaceUri, namespaceLength) {}
+void* CXmlAttribute::operator new(std::size_t size) { return CXmlDocument::AllocateNode(size, nullptr); }
+void* CXmlAttribute::operator new(std::size_t size, const CXmlDocument* pool) {
+    return CXmlDocument::AllocateNode(size, pool);
+}
+void CXmlAttribute::operator delete(void* p, std::size_t size) noexcept { CXmlDocument::FreeNode(p, size); }
+void CXmlAttribute::operator delete(void* p, const CXmlDocument*) noexcept {
+    CXmlDocument::FreeNode(p, sizeof(CXmlAttribute));
+}
+
+CXmlAttribute::CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri)
+    : CInstanceMonitor("CXmlAttribute"), m_value(value), m_pOwnedNames(new COwnedNames{localName, namespaceUri}) {
+    m_localName = &m_pOwnedNames->localName;
+    m_namespaceUri = &m_pOwnedNames->namespaceUri;
+}
+
+CXmlAttribute::CXmlAttribute(const std::string* localName, const char* value, size_t valueLength,
+                             const std::string* namespaceUri)
+    : CInstanceMonitor("CXmlAttribute"), m_localName(localName), m_value(value, valueLength),
+      m_namespaceUri(namespaceUri) {}
 
 CXmlAttribute::~CXmlAttribute() {}
 
-bool CXmlAttribute::IsNilAttribute() const { return IsInstanceNamespace(m_namespaceUri) && m_localName == "nil"; }
+bool CXmlAttribute::IsNilAttribute() const { return IsInstanceNamespace(*m_namespaceUri) && *m_localName == "nil"; }
 
 bool CXmlAttribute::IsNamespaceAttribute() const {
-    return IsInstanceNamespace(m_namespaceUri) &&
-           (m_localName == "xmlns" || m_localName == "type" || m_localName == "schemaLocation" ||
-            m_localName == "noNamespaceSchemaLocation");
+    const std::string& name = *m_localName;
+    return IsInstanceNamespace(*m_namespaceUri) &&
+           (name == "xmlns" || name == "type" || name == "schemaLocation" || name == "noNamespaceSchemaLocation");
 }
 
 // ---------------------------------------------------------------------------------------------
 // CXmlElement
 
+struct CXmlElement::COwnedNames {
+    std::string localName;
+    std::string namespaceUri;
+};
+
+void* CXmlElement::operator new(std::size_t size) { return CXmlDocument::AllocateNode(size, nullptr); }
+void* CXmlElement::operator new(std::size_t size, const CXmlDocument* pool) {
+    return CXmlDocument::AllocateNode(size, pool);
+}
+void CXmlElement::operator delete(void* p, std::size_t size) noexcept { CXmlDocument::FreeNode(p, size); }
+void CXmlElement::operator delete(void* p, const CXmlDocument*) noexcept {
+    CXmlDocument::FreeNode(p, sizeof(CXmlElement));
+}
+
 CXmlElement::CXmlElement(const CXmlDocument* document)
-    : CInstanceMonitor("CXmlElement"), m_pDocument(document), m_pLastChild(nullptr) {}
+    : CInstanceMonitor("CXmlElement"), m_pDocument(document), m_pLastChild(nullptr), m_localName(&EmptyName()),
+      m_namespaceUri(&EmptyName()) {}
 
 CXmlElement::~CXmlElement() {
     // Destroy the subtree without recursion, so that neither long sibling lists nor
@@ -175,12 +262,24 @@ CXmlElement::~CXmlElement() {
     }
 }
 
+const std::string* CXmlElement::Name(const std::string& text, bool isNamespace) {
+    if (m_pDocument) return m_pDocument->InternName(text.data(), text.size());
+    if (!m_pOwnedNames) m_pOwnedNames.reset(new COwnedNames);
+    std::string& owned = isNamespace ? m_pOwnedNames->namespaceUri : m_pOwnedNames->localName;
+    owned = text;
+    return &owned;
+}
+
+void CXmlElement::SetElementName(const std::string& name) { m_localName = Name(name, false); }
+
+void CXmlElement::SetNamespace(const std::string& namespaceUri) { m_namespaceUri = Name(namespaceUri, true); }
+
 const std::string& CXmlElement::GetAttribute(const std::string& localName, const std::string& namespaceUri) const {
     for (const auto& attribute : m_attributes) {
-        if (attribute->m_localName == localName && attribute->m_namespaceUri == namespaceUri) return attribute->m_value;
+        if (*attribute->m_localName == localName && *attribute->m_namespaceUri == namespaceUri)
+            return attribute->m_value;
     }
-    static const std::string empty;
-    return empty;
+    return EmptyName();
 }
 
 void CXmlElement::AppendText(const char* text, int length) {
@@ -208,13 +307,24 @@ CXmlElement* CXmlElement::CreateNewChildElement() {
 
 void CXmlElement::AddAttribute(const std::string& localName, const std::string& value,
                                const std::string& namespaceUri) {
-    m_attributes.emplace_back(new (m_pDocument) CXmlAttribute(localName, value, namespaceUri));
+    if (!m_pDocument) {
+        m_attributes.emplace_back(new CXmlAttribute(localName, value, namespaceUri));
+        return;
+    }
+    AddAttribute(localName.data(), localName.size(), value.data(), value.size(), namespaceUri.data(),
+                 namespaceUri.size());
 }
 
 void CXmlElement::AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
                                const char* namespaceUri, size_t namespaceLength) {
-    m_attributes.emplace_back(
-        new (m_pDocument) CXmlAttribute(localName, localLength, value, valueLength, namespaceUri, namespaceLength));
+    if (!m_pDocument) {
+        AddAttribute(std::string(localName, localLength), std::string(value, valueLength),
+                     std::string(namespaceUri, namespaceLength));
+        return;
+    }
+    m_attributes.emplace_back(new (m_pDocument) CXmlAttribute(m_pDocument->InternName(localName, localLength), value,
+                                                              valueLength,
+                                                              m_pDocument->InternName(namespaceUri, namespaceLength)));
 }
 
 CXmlElement* CXmlElement::RemoveLastChildElement() {
@@ -256,7 +366,6 @@ void CXmlDocument::Init() {
 void CXmlDocument::Cleanup() {
     m_elementStack.clear();
     m_pDocumentElement.reset();
-    m_pNodePool.reset();
     m_pData.reset();
     m_dataLength = 0;
     m_namespaceAliases.clear();
@@ -277,8 +386,8 @@ CXmlElement* CXmlDocument::AddElement_Int(const char* namespaceUri, size_t names
         if (m_elementStack.empty()) throw CQvException("The document has no open element to add a child element to");
         element = m_elementStack.back()->CreateNewChildElement();
     }
-    element->m_namespaceUri.assign(namespaceUri, namespaceLength);
-    element->m_localName.assign(localName, localLength);
+    element->m_namespaceUri = InternName(namespaceUri, namespaceLength);
+    element->m_localName = InternName(localName, localLength);
     m_elementStack.push_back(element);
     return element;
 }
@@ -286,8 +395,8 @@ CXmlElement* CXmlDocument::AddElement_Int(const char* namespaceUri, size_t names
 CXmlElement* CXmlDocument::AddDocElement(const char* namespaceUri, const char* localName) {
     m_pDocumentElement.reset(new (this) CXmlElement(this));
     CXmlElement* element = m_pDocumentElement.get();
-    element->m_namespaceUri = namespaceUri ? namespaceUri : "";
-    element->m_localName = localName ? localName : "";
+    element->m_namespaceUri = namespaceUri ? InternName(namespaceUri, std::strlen(namespaceUri)) : &EmptyName();
+    element->m_localName = localName ? InternName(localName, std::strlen(localName)) : &EmptyName();
     m_elementStack.push_back(element);
     return element;
 }
@@ -295,8 +404,8 @@ CXmlElement* CXmlDocument::AddDocElement(const char* namespaceUri, const char* l
 CXmlElement* CXmlDocument::AddChildElement(const char* namespaceUri, const char* localName) {
     if (m_elementStack.empty()) throw CQvException("The document has no open element to add a child element to");
     CXmlElement* element = m_elementStack.back()->CreateNewChildElement();
-    element->m_namespaceUri = namespaceUri ? namespaceUri : "";
-    element->m_localName = localName ? localName : "";
+    element->m_namespaceUri = namespaceUri ? InternName(namespaceUri, std::strlen(namespaceUri)) : &EmptyName();
+    element->m_localName = localName ? InternName(localName, std::strlen(localName)) : &EmptyName();
     m_elementStack.push_back(element);
     return element;
 }
@@ -308,17 +417,16 @@ void CXmlDocument::AddElementAttribute(CXmlElement* element, const std::string& 
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text, unsigned long length) {
     if (length == 0 || text == nullptr || text[0] == '\0') return;
-    const char* end = text + length;
-    const char* runStart = text;
+    // The text ends at `length` or at the first NUL; each run between carriage returns
+    // is appended whole.
     const char* p = text;
-    // One pass: find the end of the text (length or NUL) and hand over each run without '\r'.
-    for (; p != end && *p != '\0'; ++p) {
-        if (*p == '\r') {
-            if (p != runStart) element->AppendText(runStart, static_cast<int>(p - runStart));
-            runStart = p + 1;
-        }
+    const char* end = text + strnlen(text, length);
+    while (p != end) {
+        const char* cr = static_cast<const char*>(std::memchr(p, '\r', static_cast<size_t>(end - p)));
+        const char* runEnd = cr ? cr : end;
+        if (runEnd != p) element->AppendText(p, static_cast<int>(runEnd - p));
+        p = cr ? cr + 1 : end;
     }
-    if (p != runStart) element->AppendText(runStart, static_cast<int>(p - runStart));
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text) {

@@ -23,9 +23,9 @@ public:
     CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
     ~CXmlAttribute() override;
 
-    const std::string& GetLocalName() const { return m_localName; }
+    const std::string& GetLocalName() const { return *m_localName; }
     const std::string& GetValue() const { return m_value; }
-    const std::string& GetNamespaceURI() const { return m_namespaceUri; }
+    const std::string& GetNamespaceURI() const { return *m_namespaceUri; }
 
     // xsi:nil (also accepted in the xmlns namespace).
     bool IsNilAttribute() const;
@@ -33,21 +33,27 @@ public:
     // binding instead of being reported as unknown.
     bool IsNamespaceAttribute() const;
 
-    // Attributes of a parsed tree live in their document's node pool; others on the heap.
+    // Attributes of a document live in the document's node pool; others on the heap.
     static void* operator new(std::size_t size);
-    static void operator delete(void* p) noexcept;
+    static void operator delete(void* p, std::size_t size) noexcept;
 
 private:
     friend class CXmlElement;
+    struct COwnedNames;
+
     static void* operator new(std::size_t size, const CXmlDocument* pool);
     static void operator delete(void* p, const CXmlDocument* pool) noexcept;
 
-    CXmlAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
-                  const char* namespaceUri, size_t namespaceLength);
+    // An attribute of a document: its names are the document's shared copies.
+    CXmlAttribute(const std::string* localName, const char* value, size_t valueLength,
+                  const std::string* namespaceUri);
 
-    std::string m_localName;
+    // Names point into the document's name table, or into m_pOwnedNames for an
+    // attribute made without a document.
+    const std::string* m_localName;
     std::string m_value;
-    std::string m_namespaceUri;
+    const std::string* m_namespaceUri;
+    std::unique_ptr<COwnedNames> m_pOwnedNames;
 };
 
 // An element of the document tree: its names, attributes, the concatenated character
@@ -63,16 +69,16 @@ public:
     CXmlElement* GetFirstElement() const { return m_pFirstChild.get(); }
     CXmlElement* GetNextSiblingElement() const { return m_pNextSibling.get(); }
 
-    const std::string& GetNamespaceURI() const { return m_namespaceUri; }
-    const std::string& GetLocalName() const { return m_localName; }
+    const std::string& GetNamespaceURI() const { return *m_namespaceUri; }
+    const std::string& GetLocalName() const { return *m_localName; }
     const std::string& GetText() const { return m_text; }
     const std::vector<std::unique_ptr<CXmlAttribute>>& GetAttributes() const { return m_attributes; }
 
     // The value of the first attribute matching both names, or a shared empty string.
     const std::string& GetAttribute(const std::string& localName, const std::string& namespaceUri) const;
 
-    void SetElementName(const std::string& name) { m_localName = name; }
-    void SetNamespace(const std::string& namespaceUri) { m_namespaceUri = namespaceUri; }
+    void SetElementName(const std::string& name);
+    void SetNamespace(const std::string& namespaceUri);
 
     void AppendText(const char* text, int length);
     void AppendText(const char* text);
@@ -85,17 +91,19 @@ public:
 
     // Elements of a document live in the document's node pool; others on the heap.
     static void* operator new(std::size_t size);
-    static void operator delete(void* p) noexcept;
+    static void operator delete(void* p, std::size_t size) noexcept;
 
 private:
     friend class CXmlDocument;
     friend class CExpatReader;
+    struct COwnedNames;
 
     static void* operator new(std::size_t size, const CXmlDocument* pool);
     static void operator delete(void* p, const CXmlDocument* pool) noexcept;
 
     void AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
                       const char* namespaceUri, size_t namespaceLength);
+    const std::string* Name(const std::string& text, bool isNamespace);
 
     const CXmlDocument* m_pDocument;
     std::unique_ptr<CXmlElement> m_pNextSibling;
@@ -103,8 +111,11 @@ private:
     CXmlElement* m_pLastChild;
     std::vector<std::unique_ptr<CXmlAttribute>> m_attributes;
     std::string m_text;
-    std::string m_localName;
-    std::string m_namespaceUri;
+    // Names point into the document's name table (a document repeats few names), or
+    // into m_pOwnedNames for an element made without a document.
+    const std::string* m_localName;
+    const std::string* m_namespaceUri;
+    std::unique_ptr<COwnedNames> m_pOwnedNames;
 };
 
 // The document tree of one load: built by a parser through the build operations,
@@ -158,8 +169,11 @@ private:
     friend class CXmlElement;
     friend class CXmlAttribute;
     class CNodePool;
+    class CNameTable;
     static void* AllocateNode(std::size_t size, const CXmlDocument* document);
-    static void FreeNode(void* node) noexcept;
+    static void FreeNode(void* node, std::size_t size) noexcept;
+    // The document's single copy of a name or namespace URI.
+    const std::string* InternName(const char* text, size_t length) const;
 
     CXmlElement* AddElement_Int(const char* namespaceUri, size_t namespaceLength, const char* localName,
                                 size_t localLength);
@@ -174,8 +188,9 @@ private:
     ElementHook m_pElementHook;
     const CXmlSerializationContext* m_pContext;
     // Storage of the elements and attributes of the tree: one block per many nodes
-    // instead of one heap block per node.
+    // instead of one heap block per node. Both live as long as the document.
     std::unique_ptr<CNodePool> m_pNodePool;
+    std::unique_ptr<CNameTable> m_pNameTable;
 };
 
 // The length of an open file, with its position left as it was; -1 on failure.
