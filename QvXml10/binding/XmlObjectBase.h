@@ -2,6 +2,7 @@
 
 #include "binding/SmartPtr.h"
 #include "binding/XmlSerializationContext.h"
+#include "foundation/BinaryData.h"
 #include "foundation/CriticalSection.h"
 #include "foundation/QvTypes.h"
 
@@ -47,6 +48,10 @@ extern int g_nMinor;
 // Declares the version of the generated code. Call before the first object is created.
 void SetGeneratorVersion(int major, int minor);
 
+// Selects the streaming route of ToXmlFile (a file text sink); see ToXmlFile.
+void AsyncToXmlFile(bool async);
+extern bool ASYNC_TOXMLFILE;
+
 // Accepted for compatibility; reading from a file is always synchronous.
 void AsyncFromXmlFile(bool async);
 extern bool ASYNC_FROMXMLFILE;
@@ -69,6 +74,18 @@ public:
     virtual CXmlObjectBase* GetBase() = 0;
     CXmlObjectBase* GetBase() const;
 
+    // Text output entry points. Compression is accepted; the bytes are not compressed yet.
+    virtual void ToXmlFile(const char* path, bool declaration = true, bool format = true,
+                           XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
+                           const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
+                           CompressionType compression = CompressionType_None) const;
+    virtual std::string ToXml(bool declaration = true, bool format = true, EOLType eol = EOLType_LF,
+                              const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) const;
+    virtual CBinaryData ToXmlStream(bool declaration = true, bool format = true,
+                                    XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
+                                    const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
+                                    CompressionType compression = CompressionType_None) const;
+
     // Reading entry points.
     virtual void FromXmlFile(const char* path,
                              const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
@@ -77,6 +94,8 @@ public:
     virtual void FromXml(const wchar_t* text,
                          const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
     virtual void FromXmlStream(unsigned char* data, unsigned long length,
+                               const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+    virtual void FromXmlStream(const CBinaryData& data,
                                const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
     // Reads from a parsed element; returns what FromXml_Int returns.
     virtual CXmlElement* FromXmlElement(

@@ -1,0 +1,168 @@
+#include "binding/XmlObjectBase.h"
+#include "foundation/Encoder.h"
+#include "foundation/QvException.h"
+#include "support/HandOrder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
+
+using namespace QvXmlLib10;
+using QvXmlTest::CHandOrder;
+
+namespace {
+
+const char SOURCE[] =
+    "<o:order xmlns:o=\"urn:example:orders\" xmlns:m=\"urn:example:meta\" id=\"A&amp;1\" m:priority=\"high\">"
+    "<o:customer>Ada &lt;Lovelace&gt;</o:customer>"
+    "<l:line xmlns:l=\"urn:example:lines\" sku=\"P-1\" m:quantity=\"2\">gears \"x\"</l:line>"
+    "<l:line xmlns:l=\"urn:example:lines\" sku=\"P-2\" m:quantity=\"1\">table</l:line></o:order>";
+
+const char FORMATTED[] =
+    "<?xml version=\"1.0\"?>\n"
+    "<AA:order xmlns:AA=\"urn:example:orders\" id=\"A&amp;1\" xmlns:AB=\"urn:example:meta\" AB:priority=\"high\">\n"
+    "\t<AA:customer>Ada &lt;Lovelace&gt;</AA:customer>\n"
+    "\t<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-1\" AB:quantity=\"2\">gears \"x\"</AC:line>\n"
+    "\t<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-2\" AB:quantity=\"1\">table</AC:line>\n"
+    "</AA:order>\n";
+
+const char UNFORMATTED[] =
+    "<AA:order xmlns:AA=\"urn:example:orders\" id=\"A&amp;1\" xmlns:AB=\"urn:example:meta\" AB:priority=\"high\">"
+    "<AA:customer>Ada &lt;Lovelace&gt;</AA:customer>"
+    "<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-1\" AB:quantity=\"2\">gears \"x\"</AC:line>"
+    "<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-2\" AB:quantity=\"1\">table</AC:line></AA:order>";
+
+std::string Bytes(const CBinaryData& data) {
+    return std::string(reinterpret_cast<const char*>(data.GetData()), static_cast<size_t>(data.GetLength()));
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path.c_str(), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+std::string Utf16(const std::string& ascii) {
+    std::string out;
+    for (char c : ascii) {
+        out += c;
+        out += '\0';
+    }
+    return out;
+}
+
+std::string ExpectThrows(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const CQvException& e) {
+        EXPECT_EQ(typeid(e), typeid(CQvException));
+        return e.GetFullMessage();
+    }
+    return "no exception";
+}
+
+class AsciiOnlyScope {
+public:
+    AsciiOnlyScope() { ASCIIOnly(true); }
+    ~AsciiOnlyScope() { ASCIIOnly(false); }
+};
+
+} // namespace
+
+TEST(TextOutput, ToXmlFormattedAndUnformatted) {
+    CHandOrder order;
+    order.FromXml(SOURCE);
+    EXPECT_EQ(order.ToXml(), FORMATTED);
+    EXPECT_EQ(order.ToXml(true, true, EOLType_LF), FORMATTED);
+    EXPECT_EQ(order.ToXml(false, false, EOLType_LF), UNFORMATTED);
+    EXPECT_EQ(order.ToXml(false, false, EOLType_CRLF), UNFORMATTED);
+
+    std::string crlf;
+    for (char c : std::string(FORMATTED)) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    EXPECT_EQ(order.ToXml(true, true, EOLType_CRLF), crlf);
+}
+
+TEST(TextOutput, ToXmlStreamEncodings) {
+    CHandOrder order;
+    order.FromXml(SOURCE);
+    const std::string body = std::string(FORMATTED).substr(std::string("<?xml version=\"1.0\"?>").size());
+    EXPECT_EQ(Bytes(order.ToXmlStream(true, true, XmlEncoding_UTF8)),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>" + body);
+    EXPECT_EQ(Bytes(order.ToXmlStream(true, true, XmlEncoding_UTF16)),
+              Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + body));
+    EXPECT_EQ(Bytes(order.ToXmlStream(true, true, XmlEncoding_UTF16NoDecl)), Utf16(FORMATTED));
+    EXPECT_EQ(ExpectThrows([&] { order.ToXmlStream(true, true, XmlEncoding_None); }),
+              "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)");
+}
+
+TEST(TextOutput, RoundTripGivesIdenticalBytesInEveryEncoding) {
+    AsciiOnlyScope ascii; // ASCIIOnly(true): the local code page is UTF-8, so non-ASCII text survives
+    const std::string source = std::string(SOURCE).replace(std::string(SOURCE).find("table"), 5,
+                                                           "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80");
+    for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoDecl}) {
+        CHandOrder first;
+        first.FromXml(source.c_str());
+        CBinaryData written = first.ToXmlStream(true, true, encoding);
+        CHandOrder second;
+        second.FromXmlStream(written);
+        CBinaryData rewritten = second.ToXmlStream(true, true, encoding);
+        EXPECT_EQ(Bytes(written), Bytes(rewritten)) << encoding;
+        ASSERT_EQ(second.lines.size(), 2u);
+        EXPECT_EQ(second.lines[1]->description, "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80") << encoding;
+        EXPECT_EQ(second.customer, "Ada <Lovelace>");
+        EXPECT_EQ(second.priority, "high");
+    }
+}
+
+TEST(TextOutput, FilesRoundTripAndUtf16FilesBeginWithByteOrderMark) {
+    AsciiOnlyScope ascii; // ASCIIOnly(true): the local code page is UTF-8
+    const std::string path = testing::TempDir() + "qvxml-output.xml";
+    for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoDecl}) {
+        CHandOrder first;
+        first.FromXml(SOURCE);
+        first.ToXmlFile(path.c_str(), true, false, encoding, EOLType_CRLF);
+        const std::string firstFile = ReadFile(path);
+        const bool utf16 = encoding != XmlEncoding_UTF8;
+        EXPECT_EQ(firstFile.substr(0, 2), utf16 ? std::string("\xFF\xFE") : std::string("<?")) << encoding;
+        EXPECT_EQ(firstFile.substr(utf16 ? 2 : 0), Bytes(first.ToXmlStream(true, false, encoding, EOLType_CRLF)));
+
+        CHandOrder second;
+        second.FromXmlFile(path.c_str());
+        second.ToXmlFile(path.c_str(), true, false, encoding, EOLType_CRLF);
+        EXPECT_EQ(ReadFile(path), firstFile) << encoding;
+    }
+    std::remove(path.c_str());
+}
+
+TEST(TextOutput, FileFailures) {
+    CHandOrder order;
+    order.FromXml(SOURCE);
+    const std::string unwritable = testing::TempDir() + "no-such-folder/out.xml";
+    EXPECT_EQ(ExpectThrows([&] { order.ToXmlFile(unwritable.c_str()); }),
+              "Failed to write data to the file [" + unwritable + "]");
+
+    // The streaming route writes through a file text sink, which fails at its first flush.
+    const std::string path = testing::TempDir() + "qvxml-async.xml";
+    AsyncToXmlFile(true);
+    EXPECT_EQ(ExpectThrows([&] { order.ToXmlFile(path.c_str()); }), "Failed to write data to the file");
+    AsyncToXmlFile(false);
+    std::remove(path.c_str());
+}
+
+TEST(TextOutput, WriterFailurePassesThroughUnwrapped) {
+    class CBroken : public QvXmlTest::CHandLine {
+    protected:
+        void ToXml_Int(CXmlWriter* writer, bool, const char* ns, const CXmlSerializationContext&,
+                       bool) const override {
+            writer->WriteStartElement("broken", ns);
+            writer->WriteString("text", ItemType_string);
+            writer->WriteAttributeString("late", "", "v", ItemType_string);
+        }
+    };
+    CBroken broken;
+    EXPECT_EQ(ExpectThrows([&] { broken.ToXml(); }), "Attributes must be added before elements");
+}
