@@ -15,11 +15,15 @@
 #include "document/XmlDocument.h"
 #include "document/ExpatReader.h"
 #include "document/XmlWriter.h"
+#include "document/XmlTextWriter.h"
 
 #include "values/Conversions.h"
+#include "values/QvVariant.h"
 
 #include "validation/WhitespaceUtils.h"
 #include "validation/RegEx.h"
+#include "validation/PrimitiveRestrictions.h"
+#include "validation/XmlObjectHelper.h"
 
 #include "binding/SmartPtr.h"
 #include "binding/XmlSerializationContext.h"

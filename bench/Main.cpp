@@ -2,6 +2,7 @@
 
 #include "BenchSupport.h"
 
+#include <QvXml10.h>
 #include <benchmark/benchmark.h>
 
 #include <atomic>
@@ -115,6 +116,7 @@ public:
 } // namespace
 
 int main(int argc, char** argv) {
+    QvXmlLib10::SetGeneratorVersion(10, 1);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     RecordingReporter reporter;

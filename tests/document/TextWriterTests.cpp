@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <clocale>
 #include <functional>
 #include <string>
@@ -401,82 +400,4 @@ TEST(TextWriterTest, WriterDestroyedWithManyOpenElementsReleasesThem) {
         "<AA:e xmlns:AA=\"urn:deep\" xmlns:AB=\"http://www.w3.org/2001/XMLSchema-instance\" AB:nil=\"true\">"
         "<AA:e AB:nil=\"true\"><AA:e AB:nil=\"true\">";
     EXPECT_EQ(start, std::string(stream.GetText()).substr(0, start.size()));
-}
-
-#if defined(__SANITIZE_ADDRESS__) || !defined(__OPTIMIZE__)
-#define QVXML_TIMING_DISABLED 1
-#endif
-
-// Writing costs at most three times what appending the same pieces to a std::string
-// costs (escaping included), on a document of small elements, where the writer's
-// share is largest. Timings are the best of alternating rounds.
-TEST(TextWriterTest, CostIsWithinThreeTimesOfStringAppends) {
-#ifdef QVXML_TIMING_DISABLED
-    GTEST_SKIP() << "timings are meaningful in optimised builds only";
-#else
-    std::vector<std::pair<std::string, std::string>> items;
-    for (int i = 0; i < 2000; ++i)
-        items.emplace_back(i % 3 == 0 ? "Description" : "Price", i % 5 == 0 ? "Fish & Chips <large>" : std::to_string(i * 7919));
-    const std::string ns = "urn:example:orders:2024";
-    const auto idOf = [](const std::string& value) { return value.size() < 8 ? value : std::string("x"); };
-
-    std::string reference;
-    const auto byString = [&] {
-        std::string out = "<Orders xmlns=\"" + ns + "\">\n";
-        for (const auto& item : items) {
-            out += "\t<Order id=\"";
-            out += idOf(item.second);
-            out += "\">\n\t\t<";
-            out += item.first;
-            out += '>';
-            for (const char c : item.second) {
-                switch (c) {
-                case '&': out += "&amp;"; break;
-                case '<': out += "&lt;"; break;
-                case '>': out += "&gt;"; break;
-                case '\r': break;
-                default: out += c;
-                }
-            }
-            out += "</";
-            out += item.first;
-            out += ">\n\t</Order>\n";
-        }
-        out += "</Orders>\n";
-        reference = out;
-    };
-    std::string written;
-    const auto byWriter = [&] {
-        CTextStream stream;
-        CXmlTextWriter writer(stream);
-        writer.Open();
-        writer.SetDefaultNamespace(ns);
-        writer.WriteStartElement("Orders", ns);
-        for (const auto& item : items) {
-            writer.WriteStartElement("Order", ns);
-            writer.WriteAttributeString("id", "", idOf(item.second), ItemType_string);
-            writer.WriteStartElement(item.first, ns);
-            writer.WriteString(item.second, ItemType_string);
-            writer.WriteEndElement();
-            writer.WriteEndElement();
-        }
-        writer.WriteEndElement();
-        writer.Close();
-        written = stream.GetText();
-    };
-    const auto seconds = [](const std::function<void()>& run) {
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    };
-    double stringTime = 1e30;
-    double writerTime = 1e30;
-    for (int round = 0; round < 50; ++round) {
-        stringTime = std::min(stringTime, seconds(byString));
-        writerTime = std::min(writerTime, seconds(byWriter));
-    }
-    ASSERT_EQ(reference, written);
-    EXPECT_LT(writerTime, 3 * stringTime) << "writer " << writerTime << " s, string " << stringTime << " s";
-    std::printf("writer/string cost ratio: %.2f\n", writerTime / stringTime);
-#endif
 }
