@@ -1,10 +1,10 @@
-// Example: a hand-written bound class reads a purchase order.
+// Example: a hand-written bound class reads and writes a purchase order.
 //
 // The program builds a small document tree through the document's build operations,
 // as a parser would, hands it to a bound object with FromXmlElement and prints what
-// the object read. It then reads the bundled sample file the same way through
-// FromXmlFile. Non-ASCII text is read under ASCIIOnly(true): the local code page is
-// then UTF-8 and the bytes are printed as they are.
+// the object read. It then reads the bundled sample file through FromXmlFile and
+// writes the object back as XML text with ToXml. Non-ASCII text is handled under
+// ASCIIOnly(true): the local code page is then UTF-8 and bytes pass as they are.
 
 #include <QvXml10.h>
 
@@ -40,7 +40,24 @@ public:
     }
 
 protected:
-    void ToXml_Int(CXmlWriter*, bool, const char*, const CXmlSerializationContext&, bool) const override {}
+    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* ns, const CXmlSerializationContext& context,
+                   bool) const override {
+        if (isRoot && !context.GetDefaultNamespaceURI().empty())
+            writer->SetDefaultNamespace(context.GetDefaultNamespaceURI());
+        writer->WriteStartElement("order", ns);
+        writer->WriteAttributeString("id", "", id, ItemType_string);
+        writer->WriteStartElement("customer", ns);
+        writer->WriteString(customer, ItemType_string);
+        writer->WriteEndElement();
+        for (const OrderLine& line : lines) {
+            writer->WriteStartElement("line", ns);
+            writer->WriteAttributeString("sku", "", line.sku, ItemType_string);
+            writer->WriteAttributeString("quantity", "", line.quantity, ItemType_i4);
+            writer->WriteString(line.description, ItemType_string);
+            writer->WriteEndElement();
+        }
+        writer->WriteEndElement();
+    }
 
     CXmlElement* FromXml_Int(CXmlElement* element, CXmlElement* firstChild, const CXmlSerializationContext&,
                              bool) override {
@@ -86,6 +103,10 @@ void ReadSampleFile(const std::string& path) {
     result.FromXmlFile(path.c_str());
     std::printf("From %s:\n", path.substr(path.find_last_of('/') + 1).c_str());
     result.Print();
+
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI("urn:example:orders");
+    std::printf("Written back:\n%s", result.ToXml(true, true, EOLType_LF, context).c_str());
 }
 
 } // namespace
