@@ -4,9 +4,13 @@
 
 #include "binding/XmlObjectBase.h"
 #include "document/XmlDocument.h"
+#include "foundation/BinaryData.h"
 #include "foundation/QvException.h"
 
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
 
 using namespace QvXmlLib10;
 
@@ -61,15 +65,25 @@ TEST(VersionCheck, BannerOnceAtConstructionAndAtEveryEntryPoint) {
         EXPECT_EQ(testing::internal::GetCapturedStdout(), Banner(9, 3));
         EXPECT_EQ(testing::internal::GetCapturedStderr(), Banner(9, 3));
     }
-    const char* entryPoints[] = {"FromXml", "FromXmlStream", "FromXmlFile"};
-    for (const char* entry : entryPoints) {
+    const std::string path = testing::TempDir() + "qvxml-version.xml";
+    unsigned char bytes[] = "<r/>";
+    const CBinaryData buffer(bytes, 4, false);
+    const std::pair<const char*, std::function<void()>> entryPoints[] = {
+        {"FromXml", [&] { first.FromXml("<r/>"); }},
+        {"FromXml wide", [&] { first.FromXml(L"<r/>"); }},
+        {"FromXmlStream", [&] { first.FromXmlStream(bytes, 4); }},
+        {"FromXmlStream buffer", [&] { first.FromXmlStream(buffer); }},
+        {"FromXmlFile", [&] { first.FromXmlFile("/nonexistent/file.xml"); }},
+        {"ToXml", [&] { first.ToXml(); }},
+        {"ToXmlStream", [&] { first.ToXmlStream(); }},
+        {"ToXmlFile", [&] { first.ToXmlFile(path.c_str()); }},
+    };
+    for (const auto& entryPoint : entryPoints) {
+        const char* entry = entryPoint.first;
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
         try {
-            unsigned char bytes[] = "<r/>";
-            if (std::string(entry) == "FromXml") first.FromXml("<r/>");
-            if (std::string(entry) == "FromXmlStream") first.FromXmlStream(bytes, 4);
-            if (std::string(entry) == "FromXmlFile") first.FromXmlFile("/nonexistent/file.xml");
+            entryPoint.second();
             ADD_FAILURE() << entry << ": no exception";
         } catch (const CQvException& e) {
             EXPECT_EQ(e.GetFullMessage(), "Wrong Version (Quiver Runtime: v10.1, Generator: v9.3)") << entry;
