@@ -1,7 +1,9 @@
 #include "binding/XmlObjectBase.h"
 
+#include "collections/XmlCollection.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
+#include "validation/XmlObjectHelper.h"
 
 #include <cstdio>
 #include <cstring>
@@ -214,6 +216,59 @@ void CXmlObjectBase::Choice_CollectionChanged(const char* name, long count, std:
             FormatString("The Property [%s] is already set. Only one element within this class bay be set at a time",
                          selected.c_str()));
     }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Collections of a choice, namespace tests and collection events.
+
+void CXmlObjectBase::Choice_Read_Collection(CXmlCollectionBase* collection, CXmlElement* element, CXmlElement*& child,
+                                            long& count, const CXmlSerializationContext& context) {
+    if (count >= 1) return;
+    CXmlElement* const next = static_cast<CXmlObjectBase*>(collection)->FromXml_Int(element, child, context, false);
+    if (next == child) return;
+    child = next;
+    collection->ValidateCount(context);
+    ++count;
+}
+
+bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* element,
+                                          const char* name, const char* namespaceUri) const {
+    return CXmlObjectHelper::DoesElementNameMatch(context, element, name ? name : "",
+                                                  namespaceUri ? namespaceUri : "");
+}
+
+bool CXmlObjectBase::IsNamespaceValid(const char* namespaceUri, const char* restriction,
+                                      const char* targetNamespace) const {
+    return CXmlObjectHelper::IsNamespaceValid(namespaceUri ? namespaceUri : "", restriction ? restriction : "",
+                                              targetNamespace ? targetNamespace : "");
+}
+
+void CXmlObjectBase::TestNamespace(const char* namespaceUri, const char* restriction,
+                                   const char* targetNamespace) const {
+    CXmlObjectHelper::TestNamespace(namespaceUri ? namespaceUri : "", restriction ? restriction : "",
+                                    targetNamespace ? targetNamespace : "");
+}
+
+void CXmlObjectBase::FireOnCollectionChangeEvent(IEventSink* sink, CXmlCollectionBase* collection) {
+    if (sink != nullptr) sink->OnEvent(collection->GetBase(), MsgType_Change, nullptr);
+}
+
+void CXmlObjectBase::FireOnCollectionAddEvent(IEventSink* sink, CXmlCollectionBase* collection, void* item) {
+    if (sink != nullptr) sink->OnEvent(collection->GetBase(), MsgType_Add, item);
+}
+
+void CXmlObjectBase::FireOnCollectionAddCompleteEvent(IEventSink* sink, CXmlCollectionBase* collection, void* item) {
+    if (sink != nullptr) sink->OnEvent(collection->GetBase(), MsgType_AddComplete, item);
+}
+
+void CXmlObjectBase::FireOnCollectionRemoveEvent(IEventSink* sink, CXmlCollectionBase* collection, int index) {
+    if (sink != nullptr) sink->OnEvent(collection->GetBase(), MsgType_Remove, index == -1 ? nullptr : &index);
+}
+
+void CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(IEventSink* sink, CXmlCollectionBase* collection,
+                                                         int index) {
+    if (sink != nullptr)
+        sink->OnEvent(collection->GetBase(), MsgType_RemoveComplete, index == -1 ? nullptr : &index);
 }
 
 } // namespace QvXmlLib10

@@ -8,9 +8,14 @@
 
 #include <string>
 
+namespace QvXmlLib10Data {
+class CElementInfo;
+}
+
 namespace QvXmlLib10 {
 
 class CXmlObjectBase;
+class CXmlCollectionBase;
 class CXmlElement;
 class CXmlWriter;
 
@@ -121,8 +126,29 @@ public:
     static void Choice_SetElementValid(bool valid, const char* name, std::string& selected);
     static void Choice_SelectElement(const char* name, CXmlObjectBase* value, std::string& selected);
     static void Choice_CollectionChanged(const char* name, long count, std::string& selected);
+    // Lets the collection read at `child` while `count` is below 1; when it consumed
+    // something, moves `child` on, checks the collection's count and counts the read.
+    static void Choice_Read_Collection(CXmlCollectionBase* collection, CXmlElement* element, CXmlElement*& child,
+                                       long& count, const CXmlSerializationContext& context);
+
+    // Namespace tests of open content, forwarded to CXmlObjectHelper.
+    bool DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* element, const char* name,
+                              const char* namespaceUri) const;
+    bool IsNamespaceValid(const char* namespaceUri, const char* restriction, const char* targetNamespace) const;
+    void TestNamespace(const char* namespaceUri, const char* restriction, const char* targetNamespace) const;
+
+    // Tell a listener about a change of a collection, with the collection's base as
+    // source. The remove events pass the address of the index, or null for -1.
+    static void FireOnCollectionChangeEvent(IEventSink* sink, CXmlCollectionBase* collection);
+    static void FireOnCollectionAddEvent(IEventSink* sink, CXmlCollectionBase* collection, void* item);
+    static void FireOnCollectionAddCompleteEvent(IEventSink* sink, CXmlCollectionBase* collection, void* item);
+    static void FireOnCollectionRemoveEvent(IEventSink* sink, CXmlCollectionBase* collection, int index);
+    static void FireOnCollectionRemoveCompleteEvent(IEventSink* sink, CXmlCollectionBase* collection, int index);
 
 protected:
+    // Element metadata reads children through the protected FromXml_Int, choice flag included.
+    friend class QvXmlLib10Data::CElementInfo;
+
     virtual void AttributesToXml_Int(CXmlWriter* writer, const CXmlSerializationContext& context) const;
     virtual void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri,
                            const CXmlSerializationContext& context, bool isChoiceMember) const = 0;

@@ -8,6 +8,8 @@
 namespace QvXmlLib10 {
 
 class QvVariant;
+class CXmlElement;
+class CXmlSerializationContext;
 
 // Facet checks of primitive values. A check passes or throws; a failed facet is a
 // CQvException naming the item (`name`) and the value. Checks stop at the first
@@ -46,6 +48,22 @@ public:
 
     // The binary, date and time, duration, year, month, day, decimal and integer kinds
     // join here with their value types.
+
+    // ---- Namespace restrictions of wildcards (NamespaceRestrictions.cpp) ----------
+
+    // Whether a namespace passes a wildcard's list ("##any", "##other", "##local",
+    // "##targetNamespace" or URIs). Only the first token of a list is read as a
+    // keyword; a literal token passes when the namespace equals the whole list, and
+    // an empty namespace passes any literal token.
+    static bool IsNamespaceValid(const std::string& namespaceUri, const std::string& restrictions,
+                                 const std::string& targetNamespace);
+    // As IsNamespaceValid, throwing CQvInvalidNamespaceException where it answers false.
+    static void TestNamespace(const std::string& namespaceUri, const std::string& restrictions,
+                              const std::string& targetNamespace);
+    // Whether an element has the given local name and, unless the context ignores
+    // namespaces, the given namespace. A null element never matches.
+    static bool DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* element,
+                                     const std::string& localName, const std::string& namespaceUri);
 };
 
 } // namespace QvXmlLib10

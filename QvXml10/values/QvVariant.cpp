@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "binding/XmlObjectBase.h"
+#include "collections/XmlCollection.h"
 #include "foundation/QvException.h"
 #include "values/Conversions.h"
 
@@ -54,11 +55,14 @@ QvVariant& QvVariant::operator=(const QvVariant& other)
     const Value word = other.m_value;
     std::unique_ptr<std::string> text;
     CSmartPtr<CXmlObjectBase> object;
+    CSmartPtr<CXmlCollectionBase> collection;
     if (!nil) {
         if (other.m_eType == ItemType_string && other.m_value.pString != nullptr)
             text = std::make_unique<std::string>(*other.m_value.pString);
         else if (other.m_eType == ItemType_XmlObject)
             object = word.pXmlObject;
+        else if (other.m_eType == ItemType_XmlCollection)
+            collection = word.pXmlCollection;
     }
 
     Clear();
@@ -72,6 +76,10 @@ QvVariant& QvVariant::operator=(const QvVariant& other)
     }
     if (kind == ItemType_XmlObject) {
         m_value.pXmlObject = object.Detach();
+        return *this;
+    }
+    if (kind == ItemType_XmlCollection) {
+        m_value.pXmlCollection = collection.Detach();
         return *this;
     }
     // Nil carries no value; a scalar copies its own width of the word and no more.
@@ -164,6 +172,13 @@ void QvVariant::Clear()
         m_value.pXmlObject = nullptr;
         if (object != nullptr)
             object->Release();
+        break;
+    }
+    case ItemType_XmlCollection: {
+        CXmlCollectionBase* const collection = m_value.pXmlCollection;
+        m_value.pXmlCollection = nullptr;
+        if (collection != nullptr)
+            collection->Release();
         break;
     }
     default:
@@ -406,6 +421,15 @@ void QvVariant::SetXmlObject(CXmlObjectBase* value)
     m_value.pXmlObject = value;
 }
 
+void QvVariant::SetXmlCollection(CXmlCollectionBase* value)
+{
+    if (value != nullptr)
+        value->AddRef();
+    Clear();
+    m_eType = ItemType_XmlCollection;
+    m_value.pXmlCollection = value;
+}
+
 char QvVariant::GetI1() const
 {
     return m_value.i1;
@@ -489,6 +513,11 @@ std::string QvVariant::GetString() const
 CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const
 {
     return CSmartPtr<CXmlObjectBase>(m_value.pXmlObject);
+}
+
+CSmartPtr<CXmlCollectionBase> QvVariant::GetXmlCollection() const
+{
+    return CSmartPtr<CXmlCollectionBase>(m_value.pXmlCollection);
 }
 
 } // namespace QvXmlLib10

@@ -9,6 +9,7 @@
 namespace QvXmlLib10 {
 
 class CXmlObjectBase;
+class CXmlCollectionBase;
 
 // The tagged value through which properties travel: one value of one ItemType, or a
 // nil marker (which still tells the kind that is missing), or nothing.
@@ -65,6 +66,8 @@ public:
     void SetString(std::string value);
     // Takes a reference on the object (none for null) and gives it back in Clear.
     void SetXmlObject(CXmlObjectBase* value);
+    // The same for a collection.
+    void SetXmlCollection(CXmlCollectionBase* value);
 
     char GetI1() const;
     short GetI2() const;
@@ -85,6 +88,10 @@ public:
     std::string GetString() const;
     // A pointer with a reference of its own.
     CSmartPtr<CXmlObjectBase> GetXmlObject() const;
+    CSmartPtr<CXmlCollectionBase> GetXmlCollection() const;
+
+    // The kind held (also when nil), as the writers take it.
+    ItemType GetItemType() const { return m_eType; }
 
 private:
     // Scalars sit at the low end of the 64-bit word. The binary, date and time,
@@ -108,6 +115,7 @@ private:
         unsigned char boolean;
         std::string* pString;          // owned
         CXmlObjectBase* pXmlObject;    // one counted reference
+        CXmlCollectionBase* pXmlCollection; // one counted reference
     };
     static_assert(sizeof(Value) == 8, "the value word is 64 bits wide");
 

@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "binding/XmlSerializationContext.h"
+#include "document/XmlDocument.h"
+#include "foundation/QvException.h"
+#include "support/Recorder.h"
+#include "validation/XmlObjectHelper.h"
+
+using namespace QvXmlLib10;
+
+namespace {
+
+struct NamespaceCase {
+    const char* restriction;
+    const char* target;
+    const char* namespaceUri;
+    bool valid;
+};
+
+const NamespaceCase kNamespaceCases[] = {
+    {"##any", "urn:a", "urn:z", true},
+    {"##any", "urn:a", "", true},
+    {"##other", "urn:a", "urn:b", true},
+    {"##other", "urn:a", "", true},
+    {"##other", "urn:a", "urn:a", false},
+    {"##local", "urn:a", "", true},
+    {"##local", "urn:a", "urn:a", false},
+    {"##targetNamespace", "urn:a", "urn:a", true},
+    {"##targetNamespace", "urn:a", "urn:b", false},
+    {"##targetNamespace", "", "", true},
+    {"urn:x", "urn:t", "urn:x", true},
+    {"urn:x", "urn:t", "", true},
+    {"urn:x", "urn:t", "urn:y", false},
+    // Only the first token of a list is read as a keyword.
+    {"##any urn:x", "", "urn:q", true},
+    {"##local urn:x", "", "urn:x", false},
+    {"##local urn:x", "", "", true},
+    {"##other urn:x", "urn:x", "urn:x", false},
+    // A literal first token is compared through the whole list, and later tokens are
+    // empty: they accept the empty namespace and the whole list, and nothing else.
+    {"urn:x ##any", "", "urn:x ##any", true},
+    {"urn:x ##any", "", "", true},
+    {"urn:x ##any", "", "urn:x", false},
+    {"urn:x urn:y", "", "urn:y", false},
+    {"", "", "", true},
+    {"", "", "urn:a", false},
+    // Exact comparison, by bytes and length.
+    {"urn:x", "", "URN:X", false},
+    {"urn:x", "", "urn:x ", false},
+};
+
+TEST(NamespaceRestrictions, IsNamespaceValidDecidesByTheFirstToken) {
+    for (const NamespaceCase& c : kNamespaceCases) {
+        EXPECT_EQ(c.valid, CXmlObjectHelper::IsNamespaceValid(c.namespaceUri, c.restriction, c.target))
+            << "restriction [" << c.restriction << "] target [" << c.target << "] namespace [" << c.namespaceUri << "]";
+    }
+}
+
+TEST(NamespaceRestrictions, TestNamespaceThrowsWhereIsNamespaceValidRefuses) {
+    for (const NamespaceCase& c : kNamespaceCases) {
+        if (c.valid) {
+            EXPECT_NO_THROW(CXmlObjectHelper::TestNamespace(c.namespaceUri, c.restriction, c.target));
+        } else {
+            EXPECT_THROW(CXmlObjectHelper::TestNamespace(c.namespaceUri, c.restriction, c.target),
+                         CQvInvalidNamespaceException);
+        }
+    }
+    try {
+        CXmlObjectHelper::TestNamespace("urn:y", "urn:x", "urn:t");
+        FAIL() << "no exception";
+    } catch (const CQvInvalidNamespaceException& e) {
+        EXPECT_EQ("Invalid namespace [urn:y]. The namespace must be one of [urn:x] where the target namespace is "
+                  "[urn:t]",
+                  e.GetFullMessage());
+    }
+}
+
+class ElementNameMatch : public ::testing::Test {
+protected:
+    void SetUp() override {
+        document.LoadXml("<r xmlns='urn:a'><e/><f xmlns='urn:b'/></r>");
+        e = document.GetDocumentElement()->GetFirstElement();
+        f = e->GetNextSiblingElement();
+    }
+    CXmlDocument document;
+    CXmlElement* e = nullptr;
+    CXmlElement* f = nullptr;
+    CXmlSerializationContext context;
+};
+
+TEST_F(ElementNameMatch, NeedsNameAndNamespace) {
+    EXPECT_TRUE(CXmlObjectHelper::DoesElementNameMatch(context, e, "e", "urn:a"));
+    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, e, "e", "urn:b"));
+    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, e, "E", "urn:a"));
+    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, f, "e", "urn:b"));
+    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, nullptr, "e", "urn:a"));
+}
+
+TEST_F(ElementNameMatch, NamespacesIgnoredBySettingOrSchemaType) {
+    context.SetIgnoreNamespaces(true);
+    EXPECT_TRUE(CXmlObjectHelper::DoesElementNameMatch(context, f, "f", "urn:other"));
+    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, f, "e", "urn:b"));
+
+    CXmlSerializationContext noNamespaces;
+    noNamespaces.SetSchemaType(SchemaType_NoNamespaces);
+    EXPECT_TRUE(CXmlObjectHelper::DoesElementNameMatch(noNamespaces, f, "f", ""));
+    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(noNamespaces, f, "g", "urn:b"));
+}
+
+TEST_F(ElementNameMatch, ObjectBaseForwardsTheNamespaceTests) {
+    QvXmlTest::CRecorder object;
+    EXPECT_TRUE(object.DoesElementNameMatch(context, e, "e", "urn:a"));
+    EXPECT_FALSE(object.DoesElementNameMatch(context, e, "e", nullptr));
+    EXPECT_TRUE(object.IsNamespaceValid("urn:b", "##other", "urn:a"));
+    EXPECT_FALSE(object.IsNamespaceValid("urn:a", "##other", "urn:a"));
+    EXPECT_NO_THROW(object.TestNamespace(nullptr, "urn:x", "urn:t"));
+    try {
+        object.TestNamespace("urn:a", "##local", "urn:t");
+        FAIL() << "no exception";
+    } catch (const CQvInvalidNamespaceException& e) {
+        EXPECT_EQ("Invalid namespace [urn:a]. The namespace must be one of [##local] where the target namespace is "
+                  "[urn:t]",
+                  e.GetFullMessage());
+    }
+}
+
+} // namespace
