@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <typeinfo>
+
+#include "binding/XmlGeneratedClass.h"
+#include "binding/XmlSerializationContext.h"
+#include "foundation/QvException.h"
+#include "support/TestClasses.h"
+#include "support/TestWriting.h"
+#include "values/QvVariant.h"
+
+using namespace QvXmlLib10;
+using namespace QvXmlTest;
+
+namespace {
+
+std::string WriteFailure(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const CQvException& e) {
+        EXPECT_EQ(typeid(CQvValidationException), typeid(e)) << e.GetFullMessage();
+        return e.GetFullMessage();
+    }
+    return "no exception";
+}
+
+// Output with urn:t as default namespace, so that the elements need no prefix.
+CXmlSerializationContext InT() {
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(kNs);
+    return context;
+}
+
+CSmartPtr<CItem> NewItem(long n, const char* label) {
+    CSmartPtr<CItem> item = new CItem();
+    item->Property(CItem::P_n).SetI4(n);
+    item->Property(CItem::P_label).SetString(label);
+    return item;
+}
+
+TEST(GeneratedClassWriting, SequenceWritesAttributesThenElementsInTableOrder) {
+    CSeqAB object;
+    object.Property(CSeqAB::P_b).SetI4(7);
+    object.Property(CSeqAB::P_a).SetString("x<y");
+    object.Property(CSeqAB::P_id).SetI4(5);
+    EXPECT_EQ("<SeqAB xmlns=\"urn:t\" id=\"5\"><a>x&lt;y</a><b>7</b></SeqAB>", WriteXml(object, InT()));
+    // Properties without a value stay out.
+    object.Property(CSeqAB::P_id).Clear();
+    object.Property(CSeqAB::P_a).Clear();
+    EXPECT_EQ("<SeqAB{urn:t} <b{urn:t} \"7\" /> />", RecordXml(object));
+}
+
+TEST(GeneratedClassWriting, RootAdditionsComeInTheirOrder) {
+    CSeqAB object;
+    object.Property(CSeqAB::P_a).SetString("x");
+    CXmlSerializationContext context;
+    context.GetProcessingInstructions().push_back("one");
+    context.GetProcessingInstructions().push_back("two");
+    context.GetNamespaceAliases().Add("q", "urn:q");
+    context.GetNamespaceAliases().Add("p", "urn:p");
+    context.SetDefaultNamespaceURI("urn:d");
+    context.SetInLineSchema("<xs:schema/>");
+    EXPECT_EQ("pi(one) pi(two) xmlns:p=urn:p xmlns:q=urn:q xmlns=urn:d <SeqAB{urn:t} schema(<xs:schema/>) "
+              "<a{urn:t} \"x\" /> />",
+              RecordXml(object, context));
+
+    // Below the root none of them is written again.
+    CLevel1 levels;
+    levels.GetL2()->GetL3()->Property(CLevel3::P_v).SetI4(1);
+    EXPECT_EQ("pi(one) pi(two) xmlns:p=urn:p xmlns:q=urn:q xmlns=urn:d <L1{urn:t} schema(<xs:schema/>) "
+              "<L2{urn:t} <L3{urn:t} <v{urn:t} \"1\" /> /> /> />",
+              RecordXml(levels, context));
+}
+
+TEST(GeneratedClassWriting, NilObjectWritesTheNilAttributeInsteadOfItsContent) {
+    CNillableText object;
+    object.Property(CNillableText::P_x).SetString("s");
+    object.Property(CNillableText::P_text).SetI4(3);
+    EXPECT_EQ("<NT{urn:t} <x{urn:t} \"s\" /> \"3\" />", RecordXml(object));
+    object.SetIsNil(true);
+    EXPECT_EQ("<NT{urn:t} @nil />", RecordXml(object));
+    EXPECT_EQ("<NT xmlns=\"urn:t\" xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:nil=\"true\"/>",
+              WriteXml(object, InT()));
+}
+
+TEST(GeneratedClassWriting, NilTextComesBehindTheChildren) {
+    CNillableText object;
+    object.Property(CNillableText::P_x).SetString("s");
+    object.Property(CNillableText::P_text).SetNil();
+    EXPECT_EQ("<NT{urn:t} <x{urn:t} \"s\" /> @nil />", RecordXml(object));
+}
+
+TEST(GeneratedClassWriting, TypeAttributeUnderAnotherName) {
+    CSmartPtr<CItem> item = NewItem(1, "l");
+    EXPECT_EQ("<Item{urn:t} @n{}=1 <label{urn:t} \"l\" /> />", RecordXml(*item));
+    item->SetElementName("Extra");
+    EXPECT_EQ("<Extra{urn:t} @type{urn:t}Item @n{}=1 <label{urn:t} \"l\" /> />", RecordXml(*item));
+    CXmlSerializationContext context;
+    context.SetWriteTypeAttribute(false);
+    EXPECT_EQ("<Extra{urn:t} @n{}=1 <label{urn:t} \"l\" /> />", RecordXml(*item, context));
+    // A class that does not ask for it writes none.
+    CSeqAB seq;
+    seq.SetElementName("Renamed");
+    EXPECT_EQ("<Renamed{urn:t} />", RecordXml(seq));
+}
+
+TEST(GeneratedClassWriting, PseudoChildAttributesLandBehindTheClassesOwn) {
+    CWithGroup object;
+    object.Property(CWithGroup::P_g).SetString("1");
+    object.Property(CWithGroup::P_a).SetString("A");
+    object.Property(CWithGroup::P_z).SetString("Z");
+    CGroupXY* const group = object.GetGroup();
+    group->Property(CGroupXY::P_ga).SetString("2");
+    group->Property(CGroupXY::P_x).SetString("X");
+    EXPECT_EQ("<G{urn:t} @g{}=1 @ga{}=2 <a{urn:t} \"A\" /> <x{urn:t} \"X\" /> <z{urn:t} \"Z\" /> />",
+              RecordXml(object));
+    EXPECT_EQ("<G xmlns=\"urn:t\" g=\"1\" ga=\"2\"><a>A</a><x>X</x><z>Z</z></G>", WriteXml(object, InT()));
+}
+
+TEST(GeneratedClassWriting, ChoiceWritesTheFirstMemberThatIsSet) {
+    CChoiceAB object;
+    object.Property(CChoiceAB::P_b).SetI4(2);
+    EXPECT_EQ("<ChoiceAB{urn:t} <b{urn:t} \"2\" /> />", RecordXml(object));
+    object.Property(CChoiceAB::P_a).SetString("1");
+    EXPECT_EQ("<ChoiceAB{urn:t} <a{urn:t} \"1\" /> />", RecordXml(object));
+}
+
+TEST(GeneratedClassWriting, EmptyChoiceFailsUnlessIgnoredOrChosen) {
+    CChoiceAB object;
+    EXPECT_EQ("Failed to convert the element [ChoiceAB] to XML\nThis element is a choice, and as such must have at "
+              "one (and only one) valid item, currently there are none set",
+              WriteFailure([&] { RecordXml(object); }));
+    CXmlSerializationContext context;
+    context.SetIgnoreMissingChoice(true);
+    EXPECT_EQ("<ChoiceAB{urn:t} />", RecordXml(object, context));
+
+    CChooser chooser;
+    chooser.Property(CChooser::P_Inner).SetXmlObject(new CInnerChoice());
+    EXPECT_EQ("<Ch{urn:t} <Inner{urn:t} /> />", RecordXml(chooser));
+}
+
+TEST(GeneratedClassWriting, CollectionsAndOptionalChildren) {
+    COrder order;
+    order.Property(COrder::P_code).SetString("c");
+    order.Property(COrder::P_name).SetString("n");
+    order.GetItems()->AppendItem(NewItem(1, "a"));
+    order.GetItems()->AppendItem(NewItem(2, "b"));
+    order.GetTags()->AddFromString("t");
+    EXPECT_EQ("<Order xmlns=\"urn:t\" code=\"c\"><name>n</name><Item n=\"1\"><label>a</label></Item>"
+              "<Item n=\"2\"><label>b</label></Item><tag>t</tag></Order>",
+              WriteXml(order, InT()));
+    CSmartPtr<CItem> extra = NewItem(3, "e");
+    extra->SetElementName("Extra");
+    order.Property(COrder::P_Extra).SetXmlObject(extra);
+    EXPECT_EQ("<Order xmlns=\"urn:t\" code=\"c\"><name>n</name><Item n=\"1\"><label>a</label></Item>"
+              "<Item n=\"2\"><label>b</label></Item><Extra xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" "
+              "AA:type=\"Item\" n=\"3\"><label>e</label></Extra><tag>t</tag></Order>",
+              WriteXml(order, InT()));
+}
+
+TEST(GeneratedClassWriting, CollectionCountIsCheckedUnlessIgnored) {
+    COrder order;
+    order.Property(COrder::P_code).SetString("c");
+    EXPECT_EQ("Failed to convert the element [Order] to XML\nThe Minimum number of [Item] elements allowed in this "
+              "collection is 1",
+              WriteFailure([&] { WriteXml(order); }));
+    CXmlSerializationContext context;
+    context.SetIgnoreInvalidCollectionCounts(true);
+    EXPECT_EQ("<Order{urn:t} @code{}=c />", RecordXml(order, context));
+}
+
+TEST(GeneratedClassWriting, AttributeFailuresAreWrappedTwice) {
+    COrder order;
+    order.GetItems()->AppendItem(NewItem(1, "a"));
+    EXPECT_EQ("Failed to convert the element [Order] to XML\nFailed to convert attributes to XML\nInvalid Type 0 to "
+              "convert to string",
+              WriteFailure([&] { RecordXml(order); }));
+    try {
+        RecordXml(order);
+    } catch (const CQvException& e) {
+        ASSERT_NE(nullptr, e.GetInnerException());
+        EXPECT_EQ(typeid(CQvException), typeid(*e.GetInnerException()));
+    }
+}
+
+TEST(GeneratedClassWriting, FailureThreeLevelsDownGivesFourLinesOutermostFirst) {
+    CLevel1 levels;
+    levels.GetL2()->GetL3()->Property(CLevel3::P_v).SetI4(11);
+    EXPECT_EQ("Failed to convert the element [L1] to XML\nFailed to convert the element [L2] to XML\n"
+              "Failed to convert the element [L3] to XML\nInvalid Value for v [11]",
+              WriteFailure([&] { WriteXml(levels); }));
+    levels.GetL2()->GetL3()->Property(CLevel3::P_v).SetI4(10);
+    EXPECT_EQ("<L1 xmlns=\"urn:t\"><L2><L3><v>10</v></L3></L2></L1>", WriteXml(levels, InT()));
+}
+
+TEST(GeneratedClassWriting, RoundTrip) {
+    const std::string text = "<Order xmlns=\"urn:t\" code=\"c\"><name>n</name><Item n=\"1\"><label>a</label></Item>"
+                             "<Extra xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type=\"Item\" "
+                             "n=\"3\"><label>e</label></Extra><tag>t</tag><tag>u</tag></Order>";
+    COrder order;
+    order.FromXml(text.c_str());
+    EXPECT_EQ(text, WriteXml(order, InT()));
+}
+
+// A class whose header names no walk.
+class CBadGroup : public CTestGenerated<CBadGroup, 1> {
+public:
+    CBadGroup() { SetElementName("Bad"); }
+    void Init() override {}
+    static void BuildMetaData(QvXmlLib10Data::CParentElementInfo*& parent, QvXmlLib10Data::CElementInfo**& elements,
+                              QvXmlLib10Data::CAttributeInfo**& attributes) {
+        parent = new QvXmlLib10Data::CParentElementInfo(static_cast<QvXmlLib10Data::XmlElementGroupType>(-1),
+                                                        QvXmlLib10Data::XmlElementType_Element, "Bad", kNs, true, false,
+                                                        -1, ItemType_Invalid, nullptr, false);
+        elements = new QvXmlLib10Data::CElementInfo* [1] { nullptr };
+        attributes = new QvXmlLib10Data::CAttributeInfo* [1] { nullptr };
+    }
+};
+
+TEST(GeneratedClassWriting, UnknownGroupType) {
+    CBadGroup object;
+    EXPECT_EQ("Failed to convert the element [Bad] to XML\nUnknown XML Group Type",
+              WriteFailure([&] { RecordXml(object); }));
+}
+
+} // namespace

@@ -1,0 +1,458 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "binding/XmlSerializationContext.h"
+#include "collections/XmlCollection.h"
+#include "document/XmlDocument.h"
+#include "foundation/QvException.h"
+#include "support/TestClasses.h"
+#include "support/TestWriting.h"
+#include "values/QvVariant.h"
+
+using namespace QvXmlLib10;
+using QvXmlTest::CItemCol;
+using QvXmlTest::CTestStringCol;
+
+namespace {
+
+// An item that counts its own destruction.
+class CTracked : public CXmlObjectBase {
+public:
+    explicit CTracked(int* destroyed) : m_destroyed(destroyed) {}
+    ~CTracked() override { ++*m_destroyed; }
+    CXmlObjectBase* GetBase() override { return this; }
+    std::string GetTargetNamespace() const override { return ""; }
+    std::string GetNamespace() const override { return ""; }
+
+protected:
+    void ToXml_Int(CXmlWriter*, bool, const char*, const CXmlSerializationContext&, bool) const override {}
+    CXmlElement* FromXml_Int(CXmlElement*, CXmlElement* first, const CXmlSerializationContext&, bool) override {
+        return first;
+    }
+
+private:
+    int* m_destroyed;
+};
+
+// A collection of any objects; reading and writing are not its business here.
+class CPlainCol : public CXmlCollection {
+public:
+    CPlainCol() = default;
+    CPlainCol(int minOccurs, int maxOccurs) : CXmlCollection("e", "urn:c", minOccurs, maxOccurs) {}
+    // The items in list order, walked both ways to prove the links.
+    std::vector<CXmlObjectBase*> Forward() const {
+        std::vector<CXmlObjectBase*> items;
+        for (CNode* node = m_pFirst; node != nullptr; node = node->m_pNext)
+            items.push_back(node->m_pItem);
+        return items;
+    }
+    std::vector<CXmlObjectBase*> Backward() const {
+        std::vector<CXmlObjectBase*> items;
+        for (CNode* node = m_pLast; node != nullptr; node = node->m_pPrev)
+            items.insert(items.begin(), node->m_pItem);
+        return items;
+    }
+
+protected:
+    void ToXml_Int(CXmlWriter*, bool, const char*, const CXmlSerializationContext&, bool) const override {}
+    CXmlElement* FromXml_Int(CXmlElement*, CXmlElement* first, const CXmlSerializationContext&, bool) override {
+        return first;
+    }
+};
+
+// Records the events it receives as "type[data]" with the source checked.
+class CEventLog : public IEventSink {
+public:
+    explicit CEventLog(const CXmlObjectBase* expectedSource, const char* name = "")
+        : m_expectedSource(expectedSource), m_name(name) {}
+    void OnEvent(CXmlObjectBase* source, MsgType type, void* data) override {
+        EXPECT_EQ(m_expectedSource, source);
+        static const char* const kNames[] = {"change", "add", "addComplete", "remove", "removeComplete"};
+        std::string entry = std::string(m_name) + kNames[type];
+        if (type == MsgType_Remove || type == MsgType_RemoveComplete)
+            entry += data ? "(" + std::to_string(*static_cast<int*>(data)) + ")" : "(null)";
+        else if (data != nullptr)
+            entry += "(" + DataName(data) + ")";
+        m_log.push_back(entry);
+        if (m_onEvent) m_onEvent();
+    }
+    std::function<std::string(void*)> DataName = [](void*) { return std::string("item"); };
+    std::function<void()> m_onEvent;
+    std::vector<std::string> m_log;
+
+private:
+    const CXmlObjectBase* m_expectedSource;
+    const char* m_name;
+};
+
+using Log = std::vector<std::string>;
+
+std::string FailureOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const CQvException& e) {
+        return e.GetFullMessage();
+    }
+    return "no exception";
+}
+
+// Four items held by the fixture as well, so that each test can judge the
+// collection's references by releasing the fixture's own.
+class CollectionTest : public ::testing::Test {
+protected:
+    CollectionTest() : log(&col) {
+        for (int i = 0; i < 4; ++i)
+            items[i] = new CTracked(&destroyed);
+        log.DataName = [this](void* data) {
+            for (int i = 0; i < 4; ++i)
+                if (data == Item(i)) return "i" + std::to_string(i);
+            return std::string("?");
+        };
+    }
+    // The log and what its callbacks captured are gone before the collection clears.
+    ~CollectionTest() override { col.RemoveEventListener(&log); }
+    CXmlObjectBase* Item(int i) const { return items[i].Get(); }
+    void LetGo() {
+        for (CSmartPtr<CTracked>& item : items)
+            item.Reset();
+    }
+
+    int destroyed = 0;
+    CPlainCol col;
+    CSmartPtr<CTracked> items[4];
+    CEventLog log;
+};
+
+using Items = std::vector<CXmlObjectBase*>;
+
+TEST_F(CollectionTest, AddRaisesAddLinksThenCompletesAndChanges) {
+    col.AddEventListener(&log);
+    col.AppendItem(items[0]);
+    EXPECT_EQ((Log{"add(i0)", "addComplete(i0)", "change"}), log.m_log);
+    EXPECT_EQ(1, col.GetCount());
+    // The add event comes before anything changes; add complete after the link.
+    std::vector<int> counts;
+    log.m_onEvent = [&] { counts.push_back(col.GetCount()); };
+    col.PrependItem(items[1]);
+    EXPECT_EQ((std::vector<int>{1, 2, 2}), counts);
+}
+
+TEST_F(CollectionTest, RemoveRaisesEventsWithoutIndexAndReleasesTheItem) {
+    col.AppendItem(items[0]);
+    col.AppendItem(items[1]);
+    LetGo();
+    col.AddEventListener(&log);
+    std::vector<int> counts;
+    log.m_onEvent = [&] { counts.push_back(col.GetCount()); };
+    col.Remove(0);
+    EXPECT_EQ((Log{"remove(null)", "removeComplete(null)", "change"}), log.m_log);
+    EXPECT_EQ((std::vector<int>{2, 1, 1}), counts);
+    EXPECT_EQ(3, destroyed);
+    EXPECT_EQ(1u, col.Forward().size());
+}
+
+TEST_F(CollectionTest, ListenersAreCalledPerRegistrationAndRemovedWholly) {
+    CEventLog second(&col, "2:");
+    col.AddEventListener(&log);
+    col.AddEventListener(&second);
+    col.AddEventListener(&log);
+    col.AppendItem(items[0]);
+    EXPECT_EQ((Log{"2:add(item)", "2:addComplete(item)", "2:change"}), second.m_log);
+    EXPECT_EQ((Log{"add(i0)", "add(i0)", "addComplete(i0)", "addComplete(i0)", "change", "change"}), log.m_log);
+    col.RemoveEventListener(&log);
+    col.Clear();
+    EXPECT_EQ(6u, log.m_log.size());
+    EXPECT_EQ(6u, second.m_log.size());
+}
+
+TEST_F(CollectionTest, ClearRemovesFromTheFrontWithEventsPerItem) {
+    for (const CSmartPtr<CTracked>& item : items)
+        col.AppendItem(item);
+    LetGo();
+    col.AddEventListener(&log);
+    std::vector<int> counts;
+    log.m_onEvent = [&] { counts.push_back(col.GetCount()); };
+    col.Clear();
+    EXPECT_EQ(0, col.GetCount());
+    EXPECT_EQ(12u, log.m_log.size());
+    EXPECT_EQ((std::vector<int>{4, 3, 3, 3, 2, 2, 2, 1, 1, 1, 0, 0}), counts);
+    EXPECT_EQ(4, destroyed);
+}
+
+TEST_F(CollectionTest, DestructionClearsWithEvents) {
+    Log seen;
+    {
+        CPlainCol local;
+        CEventLog localLog(&local);
+        local.AppendItem(items[0]);
+        local.PrependItem(items[1]);
+        local.AddEventListener(&localLog);
+        localLog.m_onEvent = [&] { seen.push_back(localLog.m_log.back()); };
+        LetGo();
+        EXPECT_EQ(2, destroyed);
+    }
+    EXPECT_EQ((Log{"remove(null)", "removeComplete(null)", "change", "remove(null)", "removeComplete(null)", "change"}),
+              seen);
+    EXPECT_EQ(4, destroyed);
+}
+
+TEST_F(CollectionTest, AddItemAtInsertsBeforeTheIndexAndAppendsAtTheCount) {
+    col.AddItemAt(0, items[0]);
+    col.AddItemAt(1, items[1]);
+    col.AddItemAt(1, items[2]);
+    col.AddItemAt(0, items[3]);
+    const Items expected{Item(3), Item(0), Item(2), Item(1)};
+    EXPECT_EQ(expected, col.Forward());
+    EXPECT_EQ(expected, col.Backward());
+
+    col.AddEventListener(&log);
+    CSmartPtr<CTracked> extra = new CTracked(&destroyed);
+    EXPECT_EQ("Index out of range", FailureOf([&] { col.AddItemAt(5, extra); }));
+    EXPECT_EQ("Index out of range", FailureOf([&] { col.AddItemAt(-1, extra); }));
+    EXPECT_THROW(col.AddItemAt(5, extra), CQvInvalidParamException);
+    EXPECT_TRUE(log.m_log.empty());
+}
+
+TEST_F(CollectionTest, NullNeighbourMeansTheEndBeforeAndTheStartAfter) {
+    col.AppendItem(items[0]);
+    col.AddBeforeItem(nullptr, items[1]);
+    col.AddAfterItem(nullptr, items[2]);
+    EXPECT_EQ((Items{Item(2), Item(0), Item(1)}), col.Forward());
+    col.AddBeforeItem(items[0], items[3]);
+    EXPECT_EQ((Items{Item(2), Item(3), Item(0), Item(1)}), col.Forward());
+    col.Remove(1);
+    // Behind the last item, and behind the first one.
+    col.AddAfterItem(items[1], items[3]);
+    col.AddAfterItem(items[2], items[3]);
+    const Items expected{Item(2), Item(3), Item(0), Item(1), Item(3)};
+    EXPECT_EQ(expected, col.Forward());
+    EXPECT_EQ(expected, col.Backward());
+    col.AddBeforeItem(items[2], items[1]);
+    EXPECT_EQ((Items{Item(1), Item(2), Item(3), Item(0), Item(1), Item(3)}), col.Backward());
+}
+
+TEST_F(CollectionTest, NeighbourNotInTheCollectionFailsAfterTheAddEvent) {
+    col.AppendItem(items[0]);
+    col.AddEventListener(&log);
+    EXPECT_EQ("The object was not found in the collection", FailureOf([&] { col.AddBeforeItem(items[1], items[2]); }));
+    EXPECT_EQ("The object was not found in the collection", FailureOf([&] { col.AddAfterItem(items[1], items[2]); }));
+    EXPECT_THROW(col.AddAfterItem(items[1], items[2]), CQvInvalidParamException);
+    EXPECT_EQ((Log{"add(i2)", "add(i2)", "add(i2)"}), log.m_log);
+    EXPECT_EQ(1, col.GetCount());
+}
+
+TEST_F(CollectionTest, NullItemIsRefusedBeforeAnyEvent) {
+    col.AddEventListener(&log);
+    const std::string expected = "A NULL item can not be added to the collection";
+    EXPECT_EQ(expected, FailureOf([&] { col.AppendItem(nullptr); }));
+    EXPECT_EQ(expected, FailureOf([&] { col.PrependItem(nullptr); }));
+    EXPECT_EQ(expected, FailureOf([&] { col.AddItemAt(0, nullptr); }));
+    EXPECT_EQ(expected, FailureOf([&] { col.AddBeforeItem(nullptr, nullptr); }));
+    EXPECT_EQ(expected, FailureOf([&] { col.AddAfterItem(nullptr, nullptr); }));
+    EXPECT_TRUE(log.m_log.empty());
+}
+
+TEST_F(CollectionTest, RemoveOutOfRangeNamesTheCount) {
+    col.AppendItem(items[0]);
+    col.AppendItem(items[1]);
+    EXPECT_EQ("Index 2 is out of range, use 0 - 2", FailureOf([&] { col.Remove(2); }));
+    EXPECT_EQ("Index -1 is out of range, use 0 - 2", FailureOf([&] { col.Remove(-1); }));
+    EXPECT_THROW(col.Remove(2), CQvInvalidParamException);
+    EXPECT_EQ(2, col.GetCount());
+}
+
+TEST_F(CollectionTest, SharedItemSurvivesRemovalFromOneCollection) {
+    CPlainCol other;
+    col.AppendItem(items[0]);
+    other.AppendItem(items[0]);
+    LetGo();
+    col.Remove(0);
+    EXPECT_EQ(3, destroyed);
+    ASSERT_EQ(1, other.GetCount());
+    EXPECT_EQ(1u, other.Forward().size());
+    other.Clear();
+    EXPECT_EQ(4, destroyed);
+}
+
+TEST(CollectionBase, CountsAgainstTheBounds) {
+    struct Case {
+        int minOccurs, maxOccurs, count;
+        const char* failure; // of ValidateCount; null when it passes
+    };
+    const Case cases[] = {
+        {1, 1, 0, "The Minimum number of [e] elements allowed in this collection is 1"},
+        {1, 1, 1, nullptr},
+        {1, 1, 2, "The Maximum number of [e] elements allowed in this collection is 1"},
+        {0, -1, 0, nullptr},
+        {0, -1, 3, nullptr},
+        {2, 3, 1, "The Minimum number of [e] elements allowed in this collection is 2"},
+        {2, 3, 3, nullptr},
+        // The upper bound is tested first.
+        {5, 3, 4, "The Maximum number of [e] elements allowed in this collection is 3"},
+    };
+    CXmlSerializationContext strict;
+    CXmlSerializationContext lenient;
+    lenient.SetIgnoreInvalidCollectionCounts(true);
+    for (const Case& c : cases) {
+        int destroyed = 0;
+        CPlainCol col(c.minOccurs, c.maxOccurs);
+        for (int i = 0; i < c.count; ++i)
+            col.AppendItem(new CTracked(&destroyed));
+        SCOPED_TRACE(std::to_string(c.minOccurs) + ".." + std::to_string(c.maxOccurs) + " with " +
+                     std::to_string(c.count));
+        EXPECT_EQ(c.failure == nullptr, col.IsValidCount(strict));
+        EXPECT_EQ(c.failure ? c.failure : "no exception", FailureOf([&] { col.ValidateCount(strict); }));
+        if (c.failure) EXPECT_THROW(col.ValidateCount(strict), CQvValidationException);
+        EXPECT_TRUE(col.IsValidCount(lenient));
+        EXPECT_NO_THROW(col.ValidateCount(lenient));
+    }
+}
+
+TEST(CollectionBase, NamesAndNamespaces) {
+    CPlainCol col(0, -1);
+    EXPECT_EQ("e", col.GetElementName());
+    EXPECT_EQ("urn:c", col.GetNamespace());
+    EXPECT_EQ(static_cast<CXmlObjectBase*>(&col), col.GetBase());
+    EXPECT_EQ("CXmlCollectionBase::GetTargetNamespace Should not be used from within a Collection (program logic "
+              "error)",
+              FailureOf([&] { col.GetTargetNamespace(); }));
+    CPlainCol unnamed;
+    EXPECT_EQ("", unnamed.GetElementName());
+    EXPECT_EQ("", unnamed.GetNamespace());
+    EXPECT_TRUE(unnamed.IsValidCount(CXmlSerializationContext()));
+}
+
+TEST(CollectionEvents, StaticFunctionsPassTheBaseAndTheData) {
+    CPlainCol col;
+    CEventLog log(&col);
+    int item = 7;
+    log.DataName = [&](void* data) { return data == &item ? std::string("item") : std::string("?"); };
+    CXmlObjectBase::FireOnCollectionChangeEvent(&log, &col);
+    CXmlObjectBase::FireOnCollectionAddEvent(&log, &col, &item);
+    CXmlObjectBase::FireOnCollectionAddCompleteEvent(&log, &col, &item);
+    CXmlObjectBase::FireOnCollectionRemoveEvent(&log, &col, -1);
+    CXmlObjectBase::FireOnCollectionRemoveEvent(&log, &col, 0);
+    CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(&log, &col, 4);
+    CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(&log, &col, -1);
+    EXPECT_EQ((Log{"change", "add(item)", "addComplete(item)", "remove(null)", "remove(0)", "removeComplete(4)",
+                   "removeComplete(null)"}),
+              log.m_log);
+}
+
+TEST(ChoiceReadCollection, ReadsOnceAndCountsTheRead) {
+    CXmlDocument document;
+    document.LoadXml("<r xmlns='urn:t'><tag>1</tag><tag>2</tag><other/></r>");
+    CXmlElement* const root = document.GetDocumentElement();
+    CTestStringCol col("tag", "urn:t", 1, 2);
+    CXmlSerializationContext context;
+
+    CXmlElement* child = root->GetFirstElement();
+    long count = 1;
+    CXmlObjectBase::Choice_Read_Collection(&col, root, child, count, context);
+    EXPECT_EQ(root->GetFirstElement(), child);
+    EXPECT_EQ(1, count);
+    EXPECT_EQ(0, col.GetCount());
+
+    count = 0;
+    CXmlObjectBase::Choice_Read_Collection(&col, root, child, count, context);
+    ASSERT_NE(nullptr, child);
+    EXPECT_EQ("other", child->GetLocalName());
+    EXPECT_EQ(1, count);
+    EXPECT_EQ((std::vector<std::string>{"1", "2"}), col.Values());
+
+    // Nothing read: nothing moves, nothing is counted, and no count is checked.
+    CTestStringCol empty("tag", "urn:t", 1, 2);
+    count = 0;
+    CXmlObjectBase::Choice_Read_Collection(&empty, root, child, count, context);
+    EXPECT_EQ(0, count);
+    EXPECT_EQ("other", child->GetLocalName());
+}
+
+TEST(ChoiceReadCollection, ChecksTheCountOfWhatItRead) {
+    CXmlDocument document;
+    document.LoadXml("<r xmlns='urn:t'><tag/><tag/><tag/></r>");
+    CXmlElement* const root = document.GetDocumentElement();
+    CTestStringCol col("tag", "urn:t", 1, 2);
+    CXmlElement* child = root->GetFirstElement();
+    long count = 0;
+    EXPECT_EQ("The Maximum number of [tag] elements allowed in this collection is 2", FailureOf([&] {
+                  CXmlObjectBase::Choice_Read_Collection(&col, root, child, count, CXmlSerializationContext());
+              }));
+    EXPECT_EQ(nullptr, child);
+    EXPECT_EQ(0, count);
+}
+
+TEST(TypeCollection, ReadsMatchingSiblingsAndStopsAtTheFirstOther) {
+    CXmlDocument document;
+    document.LoadXml("<r xmlns='urn:t'><a> x </a><a>y</a><b>z</b><a>w</a></r>");
+    CXmlElement* const first = document.GetDocumentElement()->GetFirstElement();
+    CTestStringCol col("a", "urn:t", 0, -1);
+    CXmlSerializationContext context;
+    CXmlElement* const rest = CXmlObjectBase::FromXml_Int(&col, nullptr, first, context);
+    ASSERT_NE(nullptr, rest);
+    EXPECT_EQ("b", rest->GetLocalName());
+    EXPECT_EQ((std::vector<std::string>{" x ", "y"}), col.Values());
+
+    EXPECT_EQ(nullptr, CXmlObjectBase::FromXml_Int(&col, nullptr, rest->GetNextSiblingElement(), context));
+    EXPECT_EQ(3, col.GetCount());
+    EXPECT_EQ(nullptr, CXmlObjectBase::FromXml_Int(&col, nullptr, nullptr, context));
+}
+
+TEST(TypeCollection, NamespaceMustMatchUnlessIgnored) {
+    CXmlDocument document;
+    document.LoadXml("<r><a>1</a><a xmlns='urn:t'>2</a></r>");
+    CXmlElement* const first = document.GetDocumentElement()->GetFirstElement();
+    CTestStringCol col("a", "urn:t", 0, -1);
+    CXmlSerializationContext context;
+    EXPECT_EQ(first, CXmlObjectBase::FromXml_Int(&col, nullptr, first, context));
+    EXPECT_EQ(0, col.GetCount());
+    context.SetIgnoreNamespaces(true);
+    EXPECT_EQ(nullptr, CXmlObjectBase::FromXml_Int(&col, nullptr, first, context));
+    EXPECT_EQ((std::vector<std::string>{"1", "2"}), col.Values());
+}
+
+TEST(CollectionAttributes, AreThoseOfEveryItemInOrder) {
+    CItemCol col;
+    for (int n : {3, 1}) {
+        QvXmlTest::CItem* item = new QvXmlTest::CItem();
+        item->Property(QvXmlTest::CItem::P_n).SetI4(n);
+        col.AppendItem(item);
+    }
+    QvXmlTest::CRecordingWriter writer;
+    CXmlObjectBase::AttributesToXml_Int(&col, &writer, CXmlSerializationContext());
+    EXPECT_EQ("@n{}=3 @n{}=1", writer.m_log);
+}
+
+TEST(VariantCollectionKind, HoldsACountedReference) {
+    int destroyed = 0;
+    CPlainCol* col = new CPlainCol();
+    col->AppendItem(new CTracked(&destroyed));
+    QvVariant value;
+    value.SetXmlCollection(col);
+    EXPECT_EQ(ItemType_XmlCollection, value.GetItemType());
+    EXPECT_TRUE(value.IsValid());
+    {
+        QvVariant copy(value);
+        value.Clear();
+        EXPECT_EQ(0, destroyed);
+        EXPECT_EQ(col, copy.GetXmlCollection().Get());
+        EXPECT_EQ(1, copy.GetXmlCollection()->GetCount());
+        EXPECT_EQ("Invalid Type 28", FailureOf([&] { copy.GetType(); }));
+    }
+    // The last reference was the copy's: the collection and its item are gone.
+    EXPECT_EQ(1, destroyed);
+
+    value.SetXmlCollection(nullptr);
+    EXPECT_EQ(ItemType_XmlCollection, value.GetItemType());
+    EXPECT_EQ(nullptr, value.GetXmlCollection().Get());
+    QvVariant nil;
+    nil.SetXmlCollection(new CPlainCol());
+    nil.SetNil();
+    EXPECT_TRUE(nil.IsNil());
+    EXPECT_EQ(nullptr, QvVariant(nil).GetXmlCollection().Get());
+}
+
+} // namespace
