@@ -1,5 +1,6 @@
 #include "binding/XmlObjectBase.h"
 
+#include "collections/Element.h"
 #include "collections/XmlCollection.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
@@ -136,6 +137,14 @@ CXmlElement* CXmlObjectBase::FromXmlElement(const CXmlElement* element, const CX
     CheckVersion();
     CXmlElement* mutableElement = const_cast<CXmlElement*>(element);
     return FromXml_Int(mutableElement, mutableElement ? mutableElement->GetFirstElement() : nullptr, context, false);
+}
+
+void CXmlObjectBase::FromXmlElement(const CElement* element, const CXmlSerializationContext& context) {
+    CheckVersion();
+    Throw_IfPropertyIsNull(const_cast<CElement*>(element), "element");
+    // Through text on purpose: the default context writes it, the caller's reads it.
+    const std::string text = element->ToXml(false, false, EOLType_LF, CXmlSerializationContext::m_defaultContext);
+    FromXml(text.c_str(), context);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -16,6 +16,7 @@ namespace QvXmlLib10 {
 
 class CXmlObjectBase;
 class CXmlCollectionBase;
+class CElement;
 class CXmlElement;
 class CXmlWriter;
 
@@ -105,6 +106,10 @@ public:
     // Reads from a parsed element; returns what FromXml_Int returns.
     virtual CXmlElement* FromXmlElement(
         const CXmlElement* element, const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+    // Reads from an open content element, by way of its XML text (written with the
+    // default context; only the reading uses `context`).
+    virtual void FromXmlElement(const CElement* element,
+                                const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
 
     virtual ~CXmlObjectBase();
 
