@@ -3,6 +3,7 @@
 #include <memory>
 #include <strings.h>
 
+#include "collections/AttributeCollections.h"
 #include "document/XmlDocument.h"
 #include "document/XmlWriter.h"
 #include "foundation/QvException.h"
@@ -331,6 +332,10 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* 
             }
 
             writer->WriteStartElement(m_elementName, namespaceUri != nullptr ? namespaceUri : "");
+            if (isRoot) {
+                const CSmartPtr<CAttributeCol> rootAttributes = context.GetAdditionalRootAttributes();
+                CXmlObjectBase::ToXml_Int(rootAttributes.Get(), writer, false, namespaceUri, context, isChoiceMember);
+            }
             AttributesToXml_Int(writer, context);
             if (isRoot) {
                 const std::string schema = context.GetInLineSchema();

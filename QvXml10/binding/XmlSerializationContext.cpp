@@ -1,5 +1,6 @@
 #include "binding/XmlSerializationContext.h"
 
+#include "collections/AttributeCollections.h"
 #include "foundation/QvException.h"
 
 namespace QvXmlLib10 {
@@ -22,6 +23,7 @@ CXmlSerializationContext::CXmlSerializationContext(const CXmlSerializationContex
     : m_defaultNamespaceUri(other.m_defaultNamespaceUri),
       m_writeTypeAttribute(other.m_writeTypeAttribute),
       m_namespaceAliasMap(other.m_namespaceAliasMap),
+      m_additionalRootAttributes(other.m_additionalRootAttributes),
       m_processingInstructions(other.m_processingInstructions),
       m_inLineSchema(other.m_inLineSchema),
       m_ignoreInvalidCollectionCounts(other.m_ignoreInvalidCollectionCounts),
@@ -35,6 +37,11 @@ CXmlSerializationContext::CXmlSerializationContext(const CXmlSerializationContex
       m_stripCDATA(other.m_stripCDATA) {}
 
 CXmlSerializationContext::~CXmlSerializationContext() {}
+
+CSmartPtr<CAttributeCol> CXmlSerializationContext::GetAdditionalRootAttributes() const {
+    if (!m_additionalRootAttributes) m_additionalRootAttributes = new CAttributeCol("", "##any", "");
+    return m_additionalRootAttributes;
+}
 
 void CXmlSerializationContext::SetIgnoreUnknownElements(bool value) {
     if (value && m_ignoreMissingMandatoryElements) {

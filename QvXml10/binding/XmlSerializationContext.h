@@ -1,5 +1,6 @@
 #pragma once
 
+#include "binding/SmartPtr.h"
 #include "document/NamespaceAliasMap.h"
 #include "foundation/QvTypes.h"
 
@@ -7,6 +8,8 @@
 #include <vector>
 
 namespace QvXmlLib10 {
+
+class CAttributeCol;
 
 // The settings of one conversion. Travels by const reference through every reading
 // and writing call; decides nothing itself except that two ignore settings exclude
@@ -64,6 +67,10 @@ public:
     CNamespaceAliasMap& GetNamespaceAliases() { return m_namespaceAliasMap; }
     const CNamespaceAliasMap& GetNamespaceAliases() const { return m_namespaceAliasMap; }
 
+    // Extra attributes written on the root element. Built empty on first demand, even
+    // though the operation is const; a copy of the context shares the collection.
+    CSmartPtr<CAttributeCol> GetAdditionalRootAttributes() const;
+
     // Processing instructions written ahead of the root element; callers append directly.
     std::vector<std::string>& GetProcessingInstructions() { return m_processingInstructions; }
     const std::vector<std::string>& GetProcessingInstructions() const { return m_processingInstructions; }
@@ -72,6 +79,7 @@ private:
     std::string m_defaultNamespaceUri;
     bool m_writeTypeAttribute;
     CNamespaceAliasMap m_namespaceAliasMap;
+    mutable CSmartPtr<CAttributeCol> m_additionalRootAttributes;
     std::vector<std::string> m_processingInstructions;
     std::string m_inLineSchema;
     bool m_ignoreInvalidCollectionCounts;
