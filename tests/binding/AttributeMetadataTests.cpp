@@ -1,0 +1,266 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <typeinfo>
+
+#include "binding/XmlGeneratedClass.h"
+#include "binding/XmlSerializationContext.h"
+#include "binding/metadata/AttributeInfoKinds.h"
+#include "binding/metadata/ParentElementInfo.h"
+#include "collections/AttributeCollections.h"
+#include "document/XmlDocument.h"
+#include "foundation/QvException.h"
+#include "support/TestClasses.h"
+#include "support/TestVersion.h"
+#include "values/QvVariant.h"
+
+using namespace QvXmlLib10;
+using namespace QvXmlLib10Data;
+
+namespace {
+
+const char* const T_NS = "urn:t";
+
+template <typename E> std::string FullMessageOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const CQvException& e) {
+        EXPECT_EQ(typeid(e).name(), typeid(E).name());
+        return e.GetFullMessage();
+    }
+    return "no exception";
+}
+
+enum Shape { Shape_Circle = 0, Shape_Square = 1 };
+
+const char* ShapeToText(int value) { return value == Shape_Square ? "square" : "circle"; }
+int TextToShape(const char* text) { return std::strcmp(text, "square") == 0 ? Shape_Square : Shape_Circle; }
+
+// A class in the way of generated code with one attribute of each kind: the required
+// count (i4, at most 10), the optional ratio (r8, default "1.0") and size (string,
+// default "medium"), the optional color and the required shape in urn:t
+// (enumerations), and the wildcard for attributes of other namespaces than urn:t.
+class CHolder : public QvXmlTest::CTestGenerated<CHolder, 6> {
+public:
+    enum { P_count, P_ratio, P_size, P_color, P_shape, P_any };
+
+    CHolder() {
+        SetElementName("Holder");
+        Property(P_any).SetXmlCollection(new CAttributeCol("", "##other", T_NS));
+    }
+    void Init() override { ResetValues(); }
+    CAttributeCol* GetAny() const {
+        return static_cast<CAttributeCol*>(Property(P_any).GetXmlCollection().Get());
+    }
+
+    static void BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+        parent = new CParentElementInfo(XmlElementGroupType_Sequence, XmlElementType_Element, "Holder", T_NS, true,
+                                        false, -1, ItemType_Invalid, nullptr, false);
+        elements = new CElementInfo*[1]{nullptr};
+        const CPrimitiveRestrictions atMostTen(nullptr, -1, -1, nullptr, "10", nullptr, nullptr, -1);
+        attributes = new CAttributeInfo*[7]{
+            new CAttributeInfoPrimitive("count", "", P_count, false, ItemType_i4, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, atMostTen, nullptr),
+            new CAttributeInfoPrimitive("ratio", "", P_ratio, true, ItemType_r8, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions(), "1.0"),
+            new CAttributeInfoPrimitive("size", "", P_size, true, ItemType_string, nullptr,
+                                        CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions(),
+                                        "medium"),
+            new CAttributeInfoEnum("color", "", P_color, true, ShapeToText, TextToShape, "circle"),
+            new CAttributeInfoEnum("shape", T_NS, P_shape, false, ShapeToText, TextToShape, nullptr),
+            new CAttributeInfoAny("AnyAttribute", "", P_any, true, "##other", T_NS, nullptr),
+            nullptr};
+    }
+};
+
+const char BASE[] = "<t:Holder xmlns:t=\"urn:t\" xmlns:o=\"urn:o\" ";
+
+CSmartPtr<CHolder> Read(const std::string& attributes,
+                        const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
+    CSmartPtr<CHolder> holder(new CHolder);
+    holder->FromXml((BASE + attributes + "/>").c_str(), context);
+    return holder;
+}
+
+std::string Attributes(const CAttributeCol& attributes) {
+    std::string out;
+    for (const CAttribute* attribute : attributes)
+        out += "{" + attribute->GetNamespace() + "}" + attribute->GetName() + "=" + attribute->GetValue() + " ";
+    return out;
+}
+
+} // namespace
+
+TEST(AttributeMetadata, ConstructorsKeepTheirArguments) {
+    const CPrimitiveRestrictions restrictions("a*", 1, 2, nullptr, nullptr, nullptr, nullptr, -1);
+    const CAttributeInfoPrimitive primitive("p", "urn:p", 4, true, ItemType_r4, "%.2f",
+                                            CWhitespaceUtils::WhitespaceRule_Replace, restrictions, nullptr);
+    EXPECT_EQ(primitive.m_attributeName, "p");
+    EXPECT_EQ(primitive.m_namespaceUri, "urn:p");
+    EXPECT_EQ(primitive.m_propertyIndex, 4);
+    EXPECT_TRUE(primitive.m_optional);
+    EXPECT_EQ(primitive.m_defaultValue, "");
+    EXPECT_EQ(primitive.m_restrictions.m_strPattern, "a*");
+    EXPECT_EQ(primitive.m_itemType, ItemType_r4);
+    EXPECT_EQ(primitive.m_format, "%.2f");
+    EXPECT_EQ(primitive.m_whitespaceRule, CWhitespaceUtils::WhitespaceRule_Replace);
+
+    const CAttributeInfoEnum enumeration("e", "", 1, false, ShapeToText, TextToShape, "square");
+    EXPECT_EQ(enumeration.m_textToEnum, &TextToShape);
+    EXPECT_EQ(enumeration.m_enumToText, &ShapeToText);
+    EXPECT_EQ(enumeration.m_defaultValue, "square");
+
+    const CAttributeInfoAny any("a", nullptr, 2, true, "##local", nullptr, nullptr);
+    EXPECT_EQ(any.m_namespaceRestriction, "##local");
+    EXPECT_EQ(any.m_targetNamespace, "");
+}
+
+TEST(AttributeMetadata, ReadsEachKindAndCollectsTheRestWithoutDuplicateTest) {
+    CSmartPtr<CHolder> holder = Read("count=\" 3 \" ratio=\"2.5\" size=\" big \" color=\"square\" t:shape=\"square\" "
+                                     "o:x=\"1\" o:y=\"2\" z=\"3\"");
+    EXPECT_EQ(holder->Property(CHolder::P_count).GetI4(), 3);
+    EXPECT_EQ(holder->Property(CHolder::P_ratio).GetR8(), 2.5);
+    EXPECT_EQ(holder->Property(CHolder::P_size).GetString(), " big ");
+    EXPECT_EQ(holder->Property(CHolder::P_color).GetI4(), Shape_Square);
+    EXPECT_EQ(holder->Property(CHolder::P_shape).GetI4(), Shape_Square);
+    EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}x=1 {urn:o}y=2 {}z=3 ");
+
+    // Every offer to the wildcard adds, without a test for a name it holds already.
+    CXmlDocument document;
+    document.LoadXml("<Holder xmlns:a=\"urn:a\" xmlns:b=\"urn:b\" a:n=\"1\" b:n=\"2\"/>");
+    CAttributeInfoAny any("AnyAttribute", "", CHolder::P_any, true, "##any", "", nullptr);
+    for (int i = 0; i < 2; ++i)
+        for (const auto& attribute : document.GetDocumentElement()->GetAttributes())
+            EXPECT_TRUE(any.AttributeFromXml(CXmlSerializationContext::m_defaultContext, holder.Get(),
+                                             attribute.get()));
+    EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}x=1 {urn:o}y=2 {}z=3 {urn:a}n=1 {urn:b}n=2 {urn:a}n=1 {urn:b}n=2 ");
+}
+
+TEST(AttributeMetadata, ReadingFailuresWithTheirChains) {
+    struct Case {
+        std::string attributes;
+        bool ignoreUnknownAttributes;
+        const char* message;
+    } cases[] = {
+        {"t:shape=\"circle\"", false, "Failed to process the element [Holder]\nFailed to find the required Attribute [count]"},
+        // Ignoring unknown attributes does not excuse a required one.
+        {"t:shape=\"circle\"", true, "Failed to process the element [Holder]\nFailed to find the required Attribute [count]"},
+        {"count=\"1\"", false, "Failed to process the element [Holder]\nFailed to find the required Attribute [shape]"},
+        // The wildcard refuses the target namespace.
+        {"count=\"1\" t:shape=\"circle\" t:other=\"1\"", false,
+         "Failed to process the element [Holder]\nUnexpected Attribute [other] found."},
+    };
+    for (const Case& c : cases) {
+        CXmlSerializationContext context;
+        context.SetIgnoreUnknownAttributes(c.ignoreUnknownAttributes);
+        EXPECT_EQ(FullMessageOf<CQvValidationException>([&] { Read(c.attributes, context); }), c.message)
+            << c.attributes;
+    }
+    // The unknown attribute passes when ignored.
+    CXmlSerializationContext lenient;
+    lenient.SetIgnoreUnknownAttributes(true);
+    EXPECT_EQ(Read("count=\"1\" t:shape=\"circle\" t:other=\"1\"", lenient)->GetAny()->GetCount(), 0);
+
+    // A conversion failure passes up as it is, inside the driver's chain.
+    const std::string badCount = FullMessageOf<CQvValidationException>([] { Read("count=\"x\" t:shape=\"circle\""); });
+    EXPECT_EQ(badCount.rfind("Failed to process the element [Holder]\n", 0), 0u) << badCount;
+}
+
+TEST(AttributeMetadata, IgnoringNamespacesReachesEnumerationsButNotPrimitives) {
+    CXmlSerializationContext context;
+    context.SetIgnoreNamespaces(true);
+    context.SetIgnoreUnknownAttributes(true);
+    // shape without its namespace is found; count in a namespace is not, and the
+    // wildcard refuses urn:t.
+    CSmartPtr<CHolder> holder(new CHolder);
+    EXPECT_EQ(FullMessageOf<CQvValidationException>([&] {
+                  holder->FromXml("<Holder xmlns:t=\"urn:t\" t:count=\"4\" shape=\"square\"/>", context);
+              }),
+              "Failed to process the element [Holder]\nFailed to find the required Attribute [count]");
+    EXPECT_EQ(holder->Property(CHolder::P_shape).GetI4(), Shape_Square);
+
+    holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"4\" o:shape=\"square\"/>", context);
+    EXPECT_EQ(holder->Property(CHolder::P_count).GetI4(), 4);
+    EXPECT_EQ(holder->Property(CHolder::P_shape).GetI4(), Shape_Square);
+    EXPECT_EQ(holder->GetAny()->GetCount(), 0);
+
+    // Without ignoring namespaces, shape outside urn:t goes to the wildcard.
+    CXmlSerializationContext strict;
+    strict.SetIgnoreUnknownAttributes(true);
+    EXPECT_EQ(FullMessageOf<CQvValidationException>([&] {
+                  holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"4\" o:shape=\"square\"/>", strict);
+              }),
+              "Failed to process the element [Holder]\nFailed to find the required Attribute [shape]");
+    EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}shape=square ");
+}
+
+TEST(AttributeMetadata, WritesDefaultsUnlessAskedToLeaveThemOut) {
+    CSmartPtr<CHolder> holder(new CHolder);
+    holder->Property(CHolder::P_count).SetI4(2);
+    holder->Property(CHolder::P_shape).SetI4(Shape_Circle);
+    CXmlSerializationContext context;
+    // Optional attributes without a value stay out; the wildcard's collection is empty.
+    EXPECT_EQ(holder->ToXml(false, false, EOLType_LF, context),
+              "<AA:Holder xmlns:AA=\"urn:t\" count=\"2\" AA:shape=\"circle\"/>");
+
+    holder->Property(CHolder::P_ratio).SetR8(1.0);
+    holder->Property(CHolder::P_size).SetString("medium");
+    holder->Property(CHolder::P_color).SetI4(Shape_Circle);
+    holder->GetAny()->Add("extra", "e", "urn:o");
+    const char all[] = "<AA:Holder xmlns:AA=\"urn:t\" count=\"2\" ratio=\"1\" size=\"medium\" color=\"circle\" "
+                       "AA:shape=\"circle\" xmlns:AB=\"urn:o\" AB:extra=\"e\"/>";
+    EXPECT_EQ(holder->ToXml(false, false, EOLType_LF, context), all);
+
+    // Texts equal to the default are left out; "1" is not "1.0", and a mandatory
+    // attribute has no default to compare.
+    context.SetNoOptionalAttributeDefaultOutput(true);
+    EXPECT_EQ(holder->ToXml(false, false, EOLType_LF, context),
+              "<AA:Holder xmlns:AA=\"urn:t\" count=\"2\" ratio=\"1\" AA:shape=\"circle\" xmlns:AB=\"urn:o\" "
+              "AB:extra=\"e\"/>");
+    holder->Property(CHolder::P_color).SetI4(Shape_Square);
+    EXPECT_EQ(holder->ToXml(false, false, EOLType_LF, context),
+              "<AA:Holder xmlns:AA=\"urn:t\" count=\"2\" ratio=\"1\" color=\"square\" AA:shape=\"circle\" "
+              "xmlns:AB=\"urn:o\" AB:extra=\"e\"/>");
+
+    // What is written reads back.
+    CSmartPtr<CHolder> copy(new CHolder);
+    copy->FromXml(all);
+    EXPECT_EQ(copy->ToXml(false, false), all);
+}
+
+TEST(AttributeMetadata, WritingChecksTheFacetsOfPrimitives) {
+    CSmartPtr<CHolder> holder(new CHolder);
+    holder->Property(CHolder::P_count).SetI4(11);
+    holder->Property(CHolder::P_shape).SetI4(Shape_Circle);
+    const std::string message = FullMessageOf<CQvValidationException>([&] { holder->ToXml(); });
+    std::string facet = "no exception";
+    try {
+        CAttributeInfoPrimitive("count", "", 0, false, ItemType_i4, nullptr, CWhitespaceUtils::WhitespaceRule_None,
+                                CPrimitiveRestrictions(nullptr, -1, -1, nullptr, "10", nullptr, nullptr, -1), nullptr)
+            .CheckRestriction(holder->Property(CHolder::P_count));
+    } catch (const CQvException& e) {
+        facet = e.GetFullMessage();
+    }
+    EXPECT_EQ(message, "Failed to convert the element [Holder] to XML\nFailed to convert attributes to XML\n" + facet);
+    EXPECT_NE(facet, "no exception");
+}
+
+TEST(AttributeMetadata, TheWildcardNeedsAnAttributeCollection) {
+    CSmartPtr<CHolder> holder(new CHolder);
+    holder->Property(CHolder::P_any).SetXmlCollection(new CElementCol("", "##any", "", 0, -1));
+    const char message[] = "Failed to process the element [Holder]\n"
+                           "Serialization Data Error : The collection should be a CAttributeCol, it was not!";
+    EXPECT_EQ(FullMessageOf<CQvValidationException>(
+                  [&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"1\" o:x=\"1\"/>"); }),
+              message);
+    holder->Property(CHolder::P_any).SetInvalid();
+    EXPECT_EQ(FullMessageOf<CQvValidationException>(
+                  [&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"1\" o:x=\"1\"/>"); }),
+              message);
+    // Without a collection there is nothing to write.
+    holder->Property(CHolder::P_count).SetI4(1);
+    holder->Property(CHolder::P_shape).SetI4(Shape_Square);
+    EXPECT_EQ(holder->ToXml(false, false), "<AA:Holder xmlns:AA=\"urn:t\" count=\"1\" AA:shape=\"square\"/>");
+}
