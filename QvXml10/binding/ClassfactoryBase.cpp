@@ -1,0 +1,55 @@
+#include "binding/ClassfactoryBase.h"
+
+#include "document/XmlDocument.h"
+
+namespace QvXmlLib10 {
+
+namespace {
+
+const char XSI_NAMESPACE[] = "http://www.w3.org/2001/XMLSchema-instance";
+
+// The value of the element's first xsi:type attribute, null when there is none.
+const std::string* TypeAttribute(const CXmlElement* element) {
+    for (const auto& attribute : element->GetAttributes()) {
+        if (attribute->GetLocalName() == "type" && attribute->GetNamespaceURI() == XSI_NAMESPACE)
+            return &attribute->GetValue();
+    }
+    return nullptr;
+}
+
+// The document an element belongs to, as the tree tells it; null for an element made
+// without a document, and for all elements while the tree has no such accessor.
+template <typename Element>
+auto OwnerDocument(const Element* element, int) -> decltype(element->GetOwnerDocument()) {
+    return element->GetOwnerDocument();
+}
+template <typename Element> const CXmlDocument* OwnerDocument(const Element* /*element*/, long) { return nullptr; }
+
+} // namespace
+
+CClassfactoryBase::CClassfactoryBase() {}
+
+CClassfactoryBase::~CClassfactoryBase() {}
+
+std::string CClassfactoryBase::GetElementType(CXmlElement* element) {
+    const std::string* const type = element != nullptr ? TypeAttribute(element) : nullptr;
+    if (type == nullptr) return std::string();
+    const std::string::size_type colon = type->find(':');
+    return colon == std::string::npos ? *type : type->substr(colon + 1);
+}
+
+std::string CClassfactoryBase::GetElementTypeNamespaceUri(CXmlElement* element) {
+    if (element == nullptr) return std::string();
+    const std::string* const type = TypeAttribute(element);
+    const std::string::size_type colon = type != nullptr ? type->find(':') : std::string::npos;
+    if (colon == std::string::npos) return element->GetNamespaceURI();
+
+    // The document's alias map is flat: the prefix's last declaration anywhere counts.
+    if (const CXmlDocument* const document = OwnerDocument(element, 0)) {
+        std::string namespaceUri = document->LookupNamespaceFromAlias(type->substr(0, colon).c_str());
+        if (!namespaceUri.empty()) return namespaceUri;
+    }
+    return element->GetNamespaceURI();
+}
+
+} // namespace QvXmlLib10

@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+#include "binding/ClassfactoryBase.h"
+#include "binding/XmlSerializationContext.h"
+#include "document/XmlDocument.h"
+#include "support/TestClasses.h"
+#include "support/TestVersion.h"
+#include "values/QvVariant.h"
+
+using namespace QvXmlLib10;
+using QvXmlTest::CItem;
+using QvXmlTest::CSeqAB;
+
+namespace {
+
+// Resolving a prefix needs the element's document; until the tree tells it, those
+// cases are skipped.
+template <typename E> constexpr auto HasOwnerDocument(int) -> decltype(std::declval<const E*>()->GetOwnerDocument(), true) {
+    return true;
+}
+template <typename E> constexpr bool HasOwnerDocument(long) { return false; }
+constexpr bool kElementKnowsItsDocument = HasOwnerDocument<CXmlElement>(0);
+
+#define XSI "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+
+// A factory in the way of generated code: the type decides, and without one the
+// element's name.
+class CTestFactory : public CClassfactoryBase {
+public:
+    static CSmartPtr<CXmlObjectBase> CreateFromElement(CXmlElement* element) {
+        if (GetElementTypeNamespaceUri(element) != QvXmlTest::kNs) return CSmartPtr<CXmlObjectBase>();
+        std::string type = GetElementType(element);
+        if (type.empty()) type = element->GetLocalName();
+        if (type == "SeqAB") return CSmartPtr<CXmlObjectBase>(new CSeqAB);
+        if (type == "Item") return CSmartPtr<CXmlObjectBase>(new CItem);
+        return CSmartPtr<CXmlObjectBase>();
+    }
+};
+
+} // namespace
+
+TEST(ClassFactory, TypeAndNamespaceOfTheTypeAttribute) {
+    struct Case {
+        const char* xml;
+        const char* type;
+        const char* namespaceUri;
+        bool needsDocument;
+    } cases[] = {
+        {"<e xmlns=\"urn:y\" xmlns:a=\"urn:x\" " XSI "xsi:type=\"a:T\"/>", "T", "urn:x", true},
+        {"<e xmlns=\"urn:y\" " XSI "xsi:type=\"T\"/>", "T", "urn:y", false},
+        {"<e xmlns=\"urn:y\" " XSI "xsi:type=\"b:T\"/>", "T", "urn:y", false},
+        {"<e xmlns=\"urn:y\" type=\"a:T\"/>", "", "urn:y", false},
+        {"<e/>", "", "", false},
+        // The empty prefix is looked up too: it finds the default namespace.
+        {"<p:e xmlns=\"urn:d\" xmlns:p=\"urn:p\" " XSI "xsi:type=\":T\"/>", "T", "urn:d", true},
+        {"<p:e xmlns:p=\"urn:p\" " XSI "xsi:type=\":T\"/>", "T", "urn:p", false},
+        // Only the first colon divides.
+        {"<e xmlns:a=\"urn:a\" " XSI "xsi:type=\"a:b:T\"/>", "b:T", "urn:a", true},
+    };
+    for (const Case& c : cases) {
+        if (c.needsDocument && !kElementKnowsItsDocument) continue;
+        CXmlDocument document;
+        document.LoadXml(c.xml);
+        CXmlElement* const element = document.GetDocumentElement();
+        EXPECT_EQ(CClassfactoryBase::GetElementType(element), c.type) << c.xml;
+        EXPECT_EQ(CClassfactoryBase::GetElementTypeNamespaceUri(element), c.namespaceUri) << c.xml;
+    }
+    EXPECT_EQ(CClassfactoryBase::GetElementType(nullptr), "");
+    EXPECT_EQ(CClassfactoryBase::GetElementTypeNamespaceUri(nullptr), "");
+}
+
+TEST(ClassFactory, APrefixResolvesByItsLastDeclarationInTheDocument) {
+    if (!kElementKnowsItsDocument) GTEST_SKIP() << "CXmlElement does not tell its document";
+    CXmlDocument document;
+    document.LoadXml("<r xmlns:a=\"urn:early\" " XSI "><c xsi:type=\"a:T\"/><d xmlns:a=\"urn:late\"/></r>");
+    EXPECT_EQ(CClassfactoryBase::GetElementTypeNamespaceUri(document.GetDocumentElement()->GetFirstElement()),
+              "urn:late");
+}
+
+TEST(ClassFactory, TheTypeAttributeSelectsTheClassToRead) {
+    if (!kElementKnowsItsDocument) GTEST_SKIP() << "CXmlElement does not tell its document";
+    CXmlDocument document;
+    document.LoadXml("<t:Any xmlns:t=\"urn:t\" " XSI "xsi:type=\"t:SeqAB\"><t:a>x</t:a><t:b>1</t:b></t:Any>");
+    CSmartPtr<CXmlObjectBase> object = CTestFactory::CreateFromElement(document.GetDocumentElement());
+    ASSERT_TRUE(object);
+    object->FromXmlElement(document.GetDocumentElement());
+    EXPECT_EQ(object->ToXml(false, false), "<AA:Any xmlns:AA=\"urn:t\"><AA:a>x</AA:a><AA:b>1</AA:b></AA:Any>");
+}
+
+TEST(ClassFactory, AnObjectWrittenUnderAnotherNameComesBackAsItsClass) {
+    CSmartPtr<CItem> item(new CItem);
+    item->SetElementName("Extra");
+    item->Property(CItem::P_label).SetString("l");
+    item->Property(CItem::P_n).SetI4(4);
+
+    // With urn:t as default namespace the type needs no prefix.
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(QvXmlTest::kNs);
+    const std::string text = item->ToXml(false, false, EOLType_LF, context);
+    EXPECT_EQ(text, "<Extra xmlns=\"urn:t\" xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type=\"Item\" "
+                    "n=\"4\"><label>l</label></Extra>");
+
+    CXmlDocument document;
+    document.LoadXml(text.c_str());
+    CSmartPtr<CXmlObjectBase> object = CTestFactory::CreateFromElement(document.GetDocumentElement());
+    ASSERT_NE(dynamic_cast<CItem*>(object.Get()), nullptr);
+    object->FromXmlElement(document.GetDocumentElement());
+    EXPECT_EQ(object->ToXml(false, false, EOLType_LF, context), text);
+
+    // With a prefix, the document's declaration resolves it.
+    const std::string prefixed = item->ToXml(false, false);
+    EXPECT_EQ(prefixed, "<AA:Extra xmlns:AA=\"urn:t\" xmlns:AB=\"http://www.w3.org/2001/XMLSchema-instance\" "
+                        "AB:type=\"AA:Item\" n=\"4\"><AA:label>l</AA:label></AA:Extra>");
+    if (!kElementKnowsItsDocument) return;
+    CXmlDocument second;
+    second.LoadXml(prefixed.c_str());
+    object = CTestFactory::CreateFromElement(second.GetDocumentElement());
+    ASSERT_NE(dynamic_cast<CItem*>(object.Get()), nullptr);
+    object->FromXmlElement(second.GetDocumentElement());
+    EXPECT_EQ(object->ToXml(false, false), prefixed);
+
+    // An element whose type names no known class gets none.
+    CXmlDocument unknown;
+    unknown.LoadXml("<Item xmlns=\"urn:t\" " XSI "xsi:type=\"Other\"/>");
+    EXPECT_FALSE(CTestFactory::CreateFromElement(unknown.GetDocumentElement()));
+}
