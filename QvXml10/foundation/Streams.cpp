@@ -12,6 +12,7 @@ namespace {
 
 const char kEmptyText[] = "";
 const unsigned long kDefaultBlockBytes = 4096;
+const size_t kInitialBlockSlots = 256;
 
 const char kUnknownEncoding[] = "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)";
 const char kWriteFailed[] = "Failed to write data to the file";
@@ -51,6 +52,24 @@ CBinaryData LocalCodePageToUtf16LE(const char* text) {
     return result;
 }
 
+// True when the bytes hold a NUL, or a byte from 0x80 up unless those pass as
+// they stand: bytes that the UTF-8 conversion would not copy one for one.
+bool NeedsConversion(const char* text, size_t length, bool highBytesPass) {
+    const uint64_t highBits = highBytesPass ? 0 : 0x8080808080808080ULL;
+    const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
+    const unsigned char* const end = p + length;
+    for (; end - p >= 8; p += 8) {
+        uint64_t word;
+        std::memcpy(&word, p, 8);
+        const uint64_t zeroBytes = (word - 0x0101010101010101ULL) & ~word & 0x8080808080808080ULL;
+        if (zeroBytes | (word & highBits)) return true;
+    }
+    for (; p < end; ++p) {
+        if (*p == 0 || (!highBytesPass && *p >= 0x80)) return true;
+    }
+    return false;
+}
+
 } // namespace
 
 // ---------------------------------------------------------------------------
@@ -70,26 +89,44 @@ CStringBuffer::CStringBuffer(unsigned long blockBytes)
 CStringBuffer::~CStringBuffer() = default;
 
 void CStringBuffer::AddBlock() {
-    // One byte more than the capacity, zero-filled, so every block is terminated.
-    m_blocks.emplace_back(new char[m_blockSize + 1]());
+    // One byte more than the capacity, for the terminator that GetText writes behind
+    // the text. The bytes are not cleared: only those below m_currentUsed are read.
+    std::unique_ptr<char[]> block(new char[m_blockSize + 1]);
+    char* const current = block.get();
+    if (m_blocks.size() == m_blocks.capacity() && m_blocks.capacity() < kInitialBlockSlots) {
+        // Room for the lists of a long text at once: their arrays would otherwise be
+        // reallocated in small steps among the blocks, and the small freed arrays,
+        // which an allocator tends to keep aside, would split the blocks' memory
+        // when it is freed.
+        m_blocks.reserve(kInitialBlockSlots);
+        m_blockSizes.reserve(kInitialBlockSlots);
+    }
     m_blockSizes.push_back(m_blockSize);
-    m_pCurrent = m_blocks.back().get();
+    try {
+        m_blocks.push_back(std::move(block));
+    } catch (...) {
+        m_blockSizes.pop_back();
+        throw;
+    }
+    m_pCurrent = current;
     m_currentUsed = 0;
     m_currentCapacity = m_blockSize;
 }
 
-void CStringBuffer::Append(const char* text) {
-    if (!text) return;
-    uint64_t remaining = std::strlen(text);
-    m_length += remaining;
-    while (remaining) {
+void CStringBuffer::AppendBytes(const char* data, uint64_t length) {
+    m_length += length;
+    while (length) {
         if (m_currentUsed == m_currentCapacity) AddBlock();
-        const uint64_t chunk = std::min(remaining, m_currentCapacity - m_currentUsed);
-        std::memcpy(m_pCurrent + m_currentUsed, text, chunk);
+        const uint64_t chunk = std::min(length, m_currentCapacity - m_currentUsed);
+        std::memcpy(m_pCurrent + m_currentUsed, data, chunk);
         m_currentUsed += chunk;
-        text += chunk;
-        remaining -= chunk;
+        data += chunk;
+        length -= chunk;
     }
+}
+
+void CStringBuffer::Append(const char* text) {
+    if (text) AppendBytes(text, std::strlen(text));
 }
 
 void CStringBuffer::SetText(const char* text) {
@@ -99,9 +136,18 @@ void CStringBuffer::SetText(const char* text) {
 
 const char* CStringBuffer::GetText() {
     if (m_blocks.empty()) return kEmptyText;
-    if (m_blocks.size() == 1) return m_blocks.front().get();
+    if (m_blocks.size() == 1) {
+        m_pCurrent[m_currentUsed] = '\0';
+        return m_pCurrent;
+    }
 
+    // Everything that can fail comes first, so that a failure leaves the blocks as they are.
     std::unique_ptr<char[]> joined(new char[m_length + 1]);
+    std::vector<std::unique_ptr<char[]>> blocks;
+    std::vector<uint64_t> sizes;
+    blocks.reserve(1);
+    sizes.reserve(1);
+
     char* out = joined.get();
     const size_t last = m_blocks.size() - 1;
     for (size_t i = 0; i < last; ++i) {
@@ -111,14 +157,16 @@ const char* CStringBuffer::GetText() {
     std::memcpy(out, m_pCurrent, m_currentUsed);
     out[m_currentUsed] = '\0';
 
+    // The old vectors go with the blocks: their arrays, allocated while the blocks were,
+    // would otherwise stay behind among the freed blocks and split that memory.
     const uint64_t length = m_length;
-    Clear();
-    m_blocks.push_back(std::move(joined));
-    m_blockSizes.push_back(length);
+    blocks.push_back(std::move(joined));
+    sizes.push_back(length);
+    m_blocks.swap(blocks);
+    m_blockSizes.swap(sizes);
     m_pCurrent = m_blocks.back().get();
     m_currentUsed = length;
     m_currentCapacity = length;
-    m_length = length;
     return m_pCurrent;
 }
 
@@ -136,7 +184,6 @@ void CStringBuffer::Empty() {
         Clear();
         return;
     }
-    std::memset(m_pCurrent, 0, m_currentCapacity + 1);
     m_currentUsed = 0;
     m_length = 0;
 }
@@ -161,6 +208,11 @@ void CTextStream::Flush() {}
 CBinaryData CTextStream::GetEncodedStream() const {
     switch (m_encoding) {
     case XmlEncoding_UTF8:
+        if (m_buffer.m_blocks.size() > 1) {
+            // Text that the conversion would copy byte for byte is copied straight from
+            // the blocks, without joining them first.
+            if (CBinaryData bytes = CopyBlocksIfPlain(); bytes.GetLength() == m_buffer.GetLength()) return bytes;
+        }
         return CEncoder::LocalCodePageToUtf8Binary(GetText());
     case XmlEncoding_UTF16:
     case XmlEncoding_UTF16NoDecl:
@@ -168,6 +220,24 @@ CBinaryData CTextStream::GetEncodedStream() const {
     default:
         throw CQvException(kUnknownEncoding);
     }
+}
+
+CBinaryData CTextStream::CopyBlocksIfPlain() const {
+    const CStringBuffer& b = m_buffer;
+    if (b.m_length == 0) return CBinaryData();
+    std::unique_ptr<unsigned char[]> bytes(new unsigned char[b.m_length]);
+    unsigned char* out = bytes.get();
+    const size_t last = b.m_blocks.size() - 1;
+    for (size_t i = 0; i <= last; ++i) {
+        const char* block = b.m_blocks[i].get();
+        const uint64_t size = i < last ? b.m_blockSizes[i] : b.m_currentUsed;
+        if (NeedsConversion(block, size, ASCII_ONLY)) return CBinaryData();
+        std::memcpy(out, block, size);
+        out += size;
+    }
+    CBinaryData result(bytes.get(), static_cast<unsigned long>(b.m_length), true);
+    (void)bytes.release();
+    return result;
 }
 
 // ---------------------------------------------------------------------------
@@ -247,5 +317,30 @@ void CFileBinaryStream::ToFile() {
         m_data.GetLength() ? std::fwrite(m_data.GetData(), 1, m_data.GetLength(), file.get()) : 0;
     if (written == 0) throw CQvException(WriteFailedFor(m_fileName));
 }
+
+// ---------------------------------------------------------------------------
+// Internal::CTextAppender
+
+namespace Internal {
+
+void CTextAppender::NextBlock() {
+    Commit();
+    m_buffer.AddBlock();
+    m_pos = m_buffer.m_pCurrent;
+    m_end = m_pos + m_buffer.m_currentCapacity;
+}
+
+void CTextAppender::PutAcrossBlocks(const char* data, size_t length) {
+    while (length) {
+        if (m_pos == m_end) NextBlock();
+        const size_t chunk = std::min(length, static_cast<size_t>(m_end - m_pos));
+        std::memcpy(m_pos, data, chunk);
+        m_pos += chunk;
+        data += chunk;
+        length -= chunk;
+    }
+}
+
+} // namespace Internal
 
 } // namespace QvXmlLib10

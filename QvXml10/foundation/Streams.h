@@ -6,11 +6,16 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace QvXmlLib10 {
+
+namespace Internal {
+class CTextAppender;
+}
 
 // Text buffer that grows by blocks, so that appending never moves what is
 // already there. Appending a byte is a compare and a store; the text is made
@@ -46,8 +51,12 @@ public:
 
 private:
     friend class CStringBufferInspector; // test access to the block layout
+    friend class CTextStream;
+    friend class Internal::CTextAppender;
 
     void AddBlock();
+    // Appends length bytes as they stand, in as few copies as the blocks allow.
+    void AppendBytes(const char* data, uint64_t length);
 
     std::vector<std::unique_ptr<char[]>> m_blocks;
     std::vector<uint64_t> m_blockSizes;
@@ -87,6 +96,13 @@ public:
 protected:
     mutable CStringBuffer m_buffer;
     XmlEncoding m_encoding;
+
+private:
+    friend class Internal::CTextAppender;
+
+    // The text in UTF-8 when it can be copied from the blocks as it stands: no NUL,
+    // and no byte from 0x80 up unless ASCIIOnly lets those pass. Otherwise empty.
+    CBinaryData CopyBlocksIfPlain() const;
 };
 
 // Text sink bound to a file. Open creates the file (with the bytes FF FE for
@@ -148,5 +164,76 @@ private:
     std::string m_fileName;
     XmlEncoding m_encoding;
 };
+
+namespace Internal {
+
+// Writes straight into the current block of a text sink's buffer, for the library's
+// own writers, which know the length of every piece they put. Not part of the public
+// interface. What has been put becomes part of the sink's text at Commit and at
+// destruction; in between, nothing else may use the sink.
+class CTextAppender {
+public:
+    explicit CTextAppender(CTextStream& stream)
+        : m_buffer(stream.m_buffer),
+          m_pos(m_buffer.m_pCurrent + m_buffer.m_currentUsed),
+          m_end(m_buffer.m_pCurrent + m_buffer.m_currentCapacity) {}
+    ~CTextAppender() { Commit(); }
+    CTextAppender(const CTextAppender&) = delete;
+    CTextAppender& operator=(const CTextAppender&) = delete;
+
+    void Put(char c) {
+        if (m_pos == m_end) NextBlock();
+        *m_pos++ = c;
+    }
+    // length bytes as they stand, NULs included.
+    void Put(const char* data, size_t length) {
+        if (length <= static_cast<size_t>(m_end - m_pos)) {
+            if (length <= 16)
+                CopyShort(m_pos, data, length);
+            else
+                std::memcpy(m_pos, data, length);
+            m_pos += length;
+        } else {
+            PutAcrossBlocks(data, length);
+        }
+    }
+    void Commit() {
+        CStringBuffer& b = m_buffer;
+        const uint64_t added = static_cast<uint64_t>(m_pos - (b.m_pCurrent + b.m_currentUsed));
+        b.m_currentUsed += added;
+        b.m_length += added;
+    }
+
+private:
+    // Most pieces are a few bytes long: copied with overlapping word moves rather than
+    // a call.
+    static void CopyShort(char* to, const char* from, size_t length) {
+        if (length >= 8) {
+            uint64_t head, tail;
+            std::memcpy(&head, from, 8);
+            std::memcpy(&tail, from + length - 8, 8);
+            std::memcpy(to, &head, 8);
+            std::memcpy(to + length - 8, &tail, 8);
+        } else if (length >= 4) {
+            uint32_t head, tail;
+            std::memcpy(&head, from, 4);
+            std::memcpy(&tail, from + length - 4, 4);
+            std::memcpy(to, &head, 4);
+            std::memcpy(to + length - 4, &tail, 4);
+        } else if (length > 0) {
+            to[0] = from[0];
+            to[length / 2] = from[length / 2];
+            to[length - 1] = from[length - 1];
+        }
+    }
+    void NextBlock();
+    void PutAcrossBlocks(const char* data, size_t length);
+
+    CStringBuffer& m_buffer;
+    char* m_pos;  // next free byte of the current block
+    char* m_end;  // end of the current block's text capacity
+};
+
+} // namespace Internal
 
 } // namespace QvXmlLib10

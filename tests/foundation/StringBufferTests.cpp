@@ -1,5 +1,6 @@
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
+#include "TestLocale.h"
 
 #include <gtest/gtest.h>
 
@@ -162,5 +163,91 @@ TEST(TextStream, EncodedStreamRefusesUnknownEncodings) {
             EXPECT_EQ(e.GetFullMessage(),
                       "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)");
         }
+    }
+}
+
+TEST(TextAppender, PiecesOfEveryLengthAcrossBlockBoundaries) {
+    // A block of the text sink holds 4095 characters; pieces of 0 to 40 bytes, and
+    // single characters, land on and across the boundaries.
+    CTextStream s;
+    std::string expected;
+    {
+        Internal::CTextAppender out(s);
+        out.Put(nullptr, 0);
+        for (int round = 0; round < 400; ++round) {
+            const size_t length = static_cast<size_t>(round % 41);
+            std::string piece(length, static_cast<char>('a' + round % 26));
+            if (length > 1) piece[length / 2] = '\0';  // NULs go in as they stand
+            out.Put(piece.data(), piece.size());
+            out.Put(static_cast<char>('0' + round % 10));
+            expected += piece;
+            expected += static_cast<char>('0' + round % 10);
+        }
+        out.Put(std::string(9000, 'x').data(), 9000);
+        expected += std::string(9000, 'x');
+    }
+    EXPECT_EQ(s.GetLength(), expected.size());
+    EXPECT_EQ(std::string(s.GetText(), s.GetLength()), expected);
+}
+
+TEST(TextAppender, CommitsWhenAskedAndWhenDestroyed) {
+    CTextStream s;
+    s.Append("ab");
+    {
+        Internal::CTextAppender out(s);
+        out.Put("cd", 2);
+        EXPECT_EQ(s.GetLength(), 2u);
+        out.Commit();
+        EXPECT_EQ(s.GetLength(), 4u);
+        out.Put('e');
+        out.Commit();
+        out.Commit();
+        EXPECT_EQ(s.GetLength(), 5u);
+        out.Put('f');
+    }
+    EXPECT_STREQ(s.GetText(), "abcdef");
+    // After the text was joined into one full block, the next piece opens a new one.
+    std::string more(5000, 'm');
+    {
+        Internal::CTextAppender out(s);
+        out.Put(more.data(), more.size());
+    }
+    EXPECT_EQ(std::string(s.GetText()), "abcdef" + more);
+}
+
+TEST(TextStream, EncodedStreamOfSeveralBlocks) {
+    // Long texts span several blocks; the UTF-8 bytes are the same as those of the joined
+    // text, and the text itself stays as it was. Sets a UTF-8 locale for the non-ASCII
+    // case and ASCIIOnly for the last one; both are restored.
+    const std::string plain = std::string(5000, 'p') + "<tail>";
+    const std::string accented = std::string(4094, 'a') + "\xC3\xA9" + std::string(3000, 'b');
+    {
+        CTextStream s(XmlEncoding_UTF8);
+        s.Append(plain);
+        EXPECT_EQ(Bytes(s.GetEncodedStream()), plain);
+        EXPECT_EQ(std::string(s.GetText()), plain);
+    }
+    {
+        // A NUL ends the text for the conversion, as it does for GetText.
+        CTextStream s(XmlEncoding_UTF8);
+        s.Append(plain);
+        s.Append('\0');
+        s.Append(plain);
+        EXPECT_EQ(Bytes(s.GetEncodedStream()), plain);
+        EXPECT_EQ(s.GetLength(), 2 * plain.size() + 1);
+    }
+    {
+        REQUIRE_UTF8_LOCALE(locale);
+        CTextStream s(XmlEncoding_UTF8);
+        s.Append(accented);
+        EXPECT_EQ(Bytes(s.GetEncodedStream()), accented);
+        s.Append("\xFF");
+        EXPECT_EQ(Bytes(s.GetEncodedStream()), Bytes(CEncoder::LocalCodePageToUtf8Binary((accented + "\xFF").c_str())));
+    }
+    {
+        ScopedAsciiOnly ascii(true);
+        CTextStream s(XmlEncoding_UTF8);
+        s.Append(accented + "\xFF");
+        EXPECT_EQ(Bytes(s.GetEncodedStream()), accented + "\xFF");
     }
 }
