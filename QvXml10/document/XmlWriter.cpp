@@ -22,7 +22,10 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
       m_pNamespaceMap(nullptr),
       m_inheritsScope(true),
       m_ownsNamespaceMap(false),
-      m_pScope(this) {
+      m_pScope(this),
+      m_pSpareMap(),
+      m_pNamePrefix(nullptr),
+      m_namePrefixKnown(false) {
     if (!pParent) {
         // Without a parent there is no scope to share: start an empty one.
         m_pNamespaceMap = new NamespaceMap();
@@ -54,7 +57,10 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
       m_pNamespaceMap(nullptr),
       m_inheritsScope(false),
       m_ownsNamespaceMap(true),
-      m_pScope(this) {
+      m_pScope(this),
+      m_pSpareMap(),
+      m_pNamePrefix(nullptr),
+      m_namePrefixKnown(false) {
     m_pNamespaceMap = pNamespaceMap != nullptr ? new NamespaceMap(*pNamespaceMap) : new NamespaceMap();
     m_pParent = std::move(pParent);
 }
@@ -73,10 +79,15 @@ CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
 inline void CXmlWriter::CXmlWriterContext::Reuse(const std::string& localName, const std::string& namespaceUri,
                                                  std::unique_ptr<CXmlWriterContext>&& pParent) {
     // The names first: they are all that can throw, and the parent is still the caller's then.
-    m_namespaceUri = namespaceUri;
-    m_localName = localName;
+    // A sibling often has the same names as the element this context last stood for.
+    if (m_namespaceUri != namespaceUri)
+        m_namespaceUri = namespaceUri;
+    if (m_localName != localName)
+        m_localName = localName;
     if (m_ownsNamespaceMap)
-        delete m_pNamespaceMap;
+        m_pSpareMap.reset(m_pNamespaceMap);
+    m_pNamePrefix = nullptr;
+    m_namePrefixKnown = false;
     m_childCount = 0;
     m_startTagOpen = true;
     m_hasAttributes = false;
@@ -89,11 +100,47 @@ inline void CXmlWriter::CXmlWriterContext::Reuse(const std::string& localName, c
     m_pParent = std::move(pParent);
 }
 
-void CXmlWriter::CXmlWriterContext::OwnScope(bool copyDefaultNamespace) {
-    auto copy = std::make_unique<NamespaceMap>(*m_pNamespaceMap);
+namespace {
+
+// Makes target equal to source, keeping the nodes and strings of the keys they share,
+// so that a map that differs in a few entries is brought up to date without
+// allocating. An entry of target under keepKey stays as it is.
+void Synchronize(CXmlWriter::NamespaceMap& target, const CXmlWriter::NamespaceMap& source,
+                 const std::string* keepKey) {
+    auto t = target.begin();
+    const auto dropOrKeep = [&] {
+        if (keepKey != nullptr && t->first == *keepKey)
+            ++t;
+        else
+            t = target.erase(t);
+    };
+    for (const auto& entry : source) {
+        int order = 1;
+        while (t != target.end() && (order = t->first.compare(entry.first)) < 0)
+            dropOrKeep();
+        if (t != target.end() && order == 0) {
+            if (t->second != entry.second)
+                t->second = entry.second;
+            ++t;
+        } else {
+            target.emplace_hint(t, entry.first, entry.second);
+        }
+    }
+    while (t != target.end())
+        dropOrKeep();
+}
+
+} // namespace
+
+void CXmlWriter::CXmlWriterContext::OwnScope(bool copyDefaultNamespace, const std::string* pendingUri) {
+    std::unique_ptr<NamespaceMap> map = std::move(m_pSpareMap);
+    if (map)
+        Synchronize(*map, *m_pNamespaceMap, pendingUri);
+    else
+        map = std::make_unique<NamespaceMap>(*m_pNamespaceMap);
     if (copyDefaultNamespace)
         m_defaultNamespace = m_pScope->m_defaultNamespace;
-    m_pNamespaceMap = copy.release();
+    m_pNamespaceMap = map.release();
     m_ownsNamespaceMap = true;
     m_inheritsScope = false;
     m_pScope = this;
@@ -101,15 +148,25 @@ void CXmlWriter::CXmlWriterContext::OwnScope(bool copyDefaultNamespace) {
 
 void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(const std::string& namespaceUri) {
     if (m_inheritsScope)
-        OwnScope(false);
+        OwnScope(false, nullptr);
     m_defaultNamespace = namespaceUri;
+    m_namePrefixKnown = false;
+}
+
+const std::string& CXmlWriter::CXmlWriterContext::SetAlias(const std::string& namespaceUri,
+                                                          const std::string& alias) {
+    if (m_inheritsScope)
+        OwnScope(true, &namespaceUri);
+    std::string& value = (*m_pNamespaceMap)[namespaceUri];
+    value = alias;
+    if (m_namePrefixKnown && namespaceUri == m_namespaceUri)
+        m_namePrefixKnown = false;
+    return value;
 }
 
 void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(const std::string& namespaceUri,
                                                          const std::string& alias) {
-    if (m_inheritsScope)
-        OwnScope(true);
-    (*m_pNamespaceMap)[namespaceUri] = alias;
+    SetAlias(namespaceUri, alias);
 }
 
 const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std::string& namespaceUri) {

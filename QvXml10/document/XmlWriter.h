@@ -26,7 +26,9 @@ public:
     // The scope in force is found without walking up: m_pNamespaceMap always points at
     // the map in force, inherited or own, and a private link at the context that holds
     // the scope. Only the innermost open context ever gains a scope of its own, so what
-    // a context inherits stays in force for its whole life.
+    // a context inherits stays in force for its whole life. A reused context keeps the
+    // map of its earlier scope and brings it up to date when it needs one again, which
+    // costs comparisons instead of a copy.
     class CXmlWriterContext : public CInstanceMonitor {
     public:
         // Child element. Takes over pParent (which is left empty) and shares its scope.
@@ -72,14 +74,22 @@ public:
         friend class CXmlWriter;
 
         // Gives this context a private copy of the inherited map (and, if asked, the
-        // inherited default namespace).
-        void OwnScope(bool copyDefaultNamespace);
+        // inherited default namespace). An entry under pendingUri may be left with any
+        // alias, as the caller sets it next.
+        void OwnScope(bool copyDefaultNamespace, const std::string* pendingUri);
+        // SetNamespaceMapValue, giving the alias as it stands in the map.
+        const std::string& SetAlias(const std::string& namespaceUri, const std::string& alias);
         // Makes a context that was popped a child of pParent, as the child constructor
-        // would, keeping the capacity of its strings.
+        // would, keeping the capacity of its strings and its map.
         void Reuse(const std::string& localName, const std::string& namespaceUri,
                    std::unique_ptr<CXmlWriterContext>&& pParent);
 
         CXmlWriterContext* m_pScope;         // the context whose scope is in force
+        std::unique_ptr<NamespaceMap> m_pSpareMap; // the map of an earlier scope, for the next one
+        // The prefix that the start tag gave the element's name (null for none), while
+        // nothing has happened to the scope that could change it.
+        const std::string* m_pNamePrefix;
+        bool m_namePrefixKnown;
     };
 
     explicit CXmlWriter(const char* label);
@@ -110,6 +120,24 @@ public:
     static std::string GetUniquePrefix(const NamespaceMap& namespaces);
 
 protected:
+    // The prefix that the start tag of the context's element was written with, if it is
+    // still the one the scope gives: true, with *pPrefix null for none or the alias.
+    static bool RecallNamePrefix(const CXmlWriterContext& context, const std::string*& pPrefix) {
+        pPrefix = context.m_pNamePrefix;
+        return context.m_namePrefixKnown;
+    }
+    // Records the prefix of the element's name: null for none, else the alias as it
+    // stands in the context's map or in that of an ancestor.
+    static void RememberNamePrefix(CXmlWriterContext& context, const std::string* pPrefix) {
+        context.m_pNamePrefix = pPrefix;
+        context.m_namePrefixKnown = true;
+    }
+    // SetNamespaceMapValue on the context, giving the alias as it now stands in its map.
+    static const std::string& SetAlias(CXmlWriterContext& context, const std::string& namespaceUri,
+                                       const std::string& alias) {
+        return context.SetAlias(namespaceUri, alias);
+    }
+
     // Opens a context for a new element and makes it current: the child form under an
     // open element, otherwise the root form with the default namespace and the map set
     // before the first element. Contexts popped before are reused.
