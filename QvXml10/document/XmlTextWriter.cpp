@@ -44,53 +44,65 @@ const std::string& InstanceNamespace() {
 
 } // namespace
 
-// Puts the pieces of the output into the stream. Short pieces go byte by byte, which
-// the stream inlines; long ones that end in a NUL go in one append, which measures
-// and copies. All text ends at its first NUL, as in the stream.
+// Puts pieces of output straight into the stream's buffer, which sees them when the
+// output goes out of scope. Every event keeps one for its writing and lets it go before
+// the stream is flushed. Text given as a string ends at its first NUL, as in the
+// stream's own appends.
 class CXmlTextWriter::COutput {
 public:
-    explicit COutput(CTextStream& stream) : m_stream(stream) {}
+    explicit COutput(CTextStream& stream) : m_appender(stream) {}
     COutput(const COutput&) = delete;
     COutput& operator=(const COutput&) = delete;
 
-    void Put(char c) { m_stream.Append(c); }
+    void Put(char c) { m_appender.Put(c); }
 
     template <size_t N>
     void Put(const char (&literal)[N]) {
-        for (size_t i = 0; i + 1 < N; ++i)
-            m_stream.Append(literal[i]);
+        m_appender.Put(literal, N - 1);
     }
 
     void Put(const std::string& text) {
-        if (text.size() <= kShort) {
-            for (const char c : text) {
-                if (c == '\0')
-                    return;
-                m_stream.Append(c);
-            }
-        } else {
-            m_stream.Append(text.c_str());
+        const char* const data = text.data();
+        const size_t size = text.size();
+        if (size <= 16 && !HasNulShort(data, size)) {
+            m_appender.Put(data, size);
+            return;
         }
+        const void* const nul = std::memchr(data, '\0', size);
+        m_appender.Put(data, nul != nullptr ? static_cast<size_t>(static_cast<const char*>(nul) - data) : size);
     }
 
-    // Bytes with no NUL among them.
-    void Put(const char* text, size_t length) {
-        for (size_t i = 0; i < length; ++i)
-            m_stream.Append(text[i]);
-    }
-
-    // Bytes followed by a NUL.
-    void PutTerminated(const char* text, size_t length) {
-        if (length <= kShort)
-            Put(text, length);
-        else
-            m_stream.Append(text);
-    }
+    // Bytes as they stand.
+    void Put(const char* data, size_t length) { m_appender.Put(data, length); }
 
 private:
-    static constexpr size_t kShort = 16;
+    // Whether one of up to 16 bytes is a NUL, by word tests on overlapping loads.
+    static bool HasNulShort(const char* data, size_t size) {
+        if (size >= 8) {
+            uint64_t head, tail;
+            std::memcpy(&head, data, 8);
+            std::memcpy(&tail, data + size - 8, 8);
+            return HasZeroByte(head) || HasZeroByte(tail);
+        }
+        if (size >= 4) {
+            uint32_t head, tail;
+            std::memcpy(&head, data, 4);
+            std::memcpy(&tail, data + size - 4, 4);
+            return HasZeroByte(head) || HasZeroByte(tail);
+        }
+        for (size_t i = 0; i < size; ++i) {
+            if (data[i] == '\0')
+                return true;
+        }
+        return false;
+    }
+    template <typename Word>
+    static bool HasZeroByte(Word word) {
+        constexpr Word ones = static_cast<Word>(~Word(0)) / 0xFF;
+        return ((word - ones) & ~word & (ones << 7)) != 0;
+    }
 
-    CTextStream& m_stream;
+    Internal::CTextAppender m_appender;
 };
 
 CXmlTextWriter::CXmlTextWriter(CTextStream& stream)
@@ -136,17 +148,15 @@ inline void CXmlTextWriter::PutEol(COutput& out) const {
 }
 
 inline void CXmlTextWriter::PutTabs(COutput& out, uint64_t count) {
-    // The tail of a terminated run of tabs gives any count up to its length.
     for (; count > kTabCount; count -= kTabCount)
-        out.PutTerminated(kTabs, kTabCount);
-    out.PutTerminated(kTabs + (kTabCount - count), static_cast<size_t>(count));
+        out.Put(kTabs, kTabCount);
+    out.Put(kTabs, static_cast<size_t>(count));
 }
 
-inline void CXmlTextWriter::PutDeclaration(COutput& out, const std::string& alias, const std::string& namespaceUri) const {
+inline void CXmlTextWriter::PutDeclaration(COutput& out, const std::string& alias, const std::string& namespaceUri) {
     out.Put(" xmlns:");
     out.Put(alias);
-    out.Put('=');
-    out.Put('"');
+    out.Put("=\"");
     out.Put(namespaceUri);
     out.Put('"');
 }
@@ -165,12 +175,10 @@ void CXmlTextWriter::Escape(COutput& out, const char* text, bool isAttribute) co
         const char* p = run;
         while (!stops[static_cast<unsigned char>(*p)])
             ++p;
-        if (*p == '\0') {
-            out.PutTerminated(run, static_cast<size_t>(p - run));
-            return;
-        }
         out.Put(run, static_cast<size_t>(p - run));
         switch (*p) {
+        case '\0':
+            return;
         case '\n':
             if (isAttribute) {
                 out.Put("&#xA;");
@@ -221,20 +229,22 @@ void CXmlTextWriter::Close() {
 }
 
 void CXmlTextWriter::WriteStartDocument() {
-    COutput out(*m_pStream);
-    out.Put("<?xml version=\"1.0\"");
-    switch (m_pStream->GetEncoding()) {
-    case XmlEncoding_UTF8:
-        out.Put(" encoding=\"UTF-8\"");
-        break;
-    case XmlEncoding_UTF16:
-        out.Put(" encoding=\"UTF-16\"");
-        break;
-    default:
-        break;
+    {
+        COutput out(*m_pStream);
+        out.Put("<?xml version=\"1.0\"");
+        switch (m_pStream->GetEncoding()) {
+        case XmlEncoding_UTF8:
+            out.Put(" encoding=\"UTF-8\"");
+            break;
+        case XmlEncoding_UTF16:
+            out.Put(" encoding=\"UTF-16\"");
+            break;
+        default:
+            break;
+        }
+        out.Put("?>");
+        PutEol(out);
     }
-    out.Put("?>");
-    PutEol(out);
     FlushIfFull();
 }
 
@@ -242,9 +252,11 @@ void CXmlTextWriter::WriteHeaderDirective(const std::string& text) {
     // Only an open element counts: after the root has been closed a directive passes again.
     if (m_pContext)
         throw CQvException("Headed directives must appear before an Element has been added.");
-    COutput out(*m_pStream);
-    out.Put(text);
-    PutEol(out);
+    {
+        COutput out(*m_pStream);
+        out.Put(text);
+        PutEol(out);
+    }
     FlushIfFull();
 }
 
@@ -256,28 +268,34 @@ void CXmlTextWriter::WriteRawElement(const std::string& text) {
 }
 
 void CXmlTextWriter::WriteComment(const std::string& text) {
-    COutput out(*m_pStream);
-    out.Put("<!--");
-    Escape(out, text.c_str(), false);
-    out.Put("-->");
-    PutEol(out);
+    {
+        COutput out(*m_pStream);
+        out.Put("<!--");
+        Escape(out, text.c_str(), false);
+        out.Put("-->");
+        PutEol(out);
+    }
     FlushIfFull();
 }
 
 void CXmlTextWriter::WritePI(const std::string& text) {
-    COutput out(*m_pStream);
-    out.Put(text);
-    PutEol(out);
-    PutEol(out);
+    {
+        COutput out(*m_pStream);
+        out.Put(text);
+        PutEol(out);
+        PutEol(out);
+    }
     FlushIfFull();
 }
 
 void CXmlTextWriter::WriteInlineSchema(const std::string& schemaText) {
-    COutput out(*m_pStream);
-    out.Put(' ');
-    PutEol(out);
-    out.Put(schemaText);
-    PutEol(out);
+    {
+        COutput out(*m_pStream);
+        out.Put(' ');
+        PutEol(out);
+        out.Put(schemaText);
+        PutEol(out);
+    }
     FlushIfFull();
 }
 
@@ -301,47 +319,64 @@ void CXmlTextWriter::CloseParentElm() {
     CloseStartTag(out);
 }
 
-void CXmlTextWriter::WriteStartElement(const std::string& localName, const std::string& namespaceUri) {
-    COutput out(*m_pStream);
-    CloseStartTag(out);
-
-    const bool isRoot = !m_pContext;
-    PushContext(localName, namespaceUri);
-    CXmlWriterContext& context = *m_pContext;
-
-    if (m_format)
-        PutTabs(out, context.m_depth);
-    out.Put('<');
-
-    if (namespaceUri.empty() || namespaceUri == context.GetDefaultNamespace()) {
-        out.Put(localName);
+void CXmlTextWriter::PutElementName(COutput& out, CXmlWriterContext& context, const std::string& namespaceUri) {
+    const std::string* prefix = nullptr;
+    const CXmlWriterContext* const parent = context.m_pParent.get();
+    if (namespaceUri.empty()) {
+        prefix = nullptr;
+    } else if (parent != nullptr && RecallNamePrefix(*parent, prefix) && namespaceUri == parent->m_namespaceUri) {
+        // A child in its parent's namespace shares the parent's scope, which still gives
+        // that namespace the prefix the parent was written with.
+    } else if (namespaceUri == context.GetDefaultNamespace()) {
+        prefix = nullptr;
     } else {
         const NamespaceMap& map = context.GetNamespaceMap();
         const auto found = map.find(namespaceUri);
         if (found != map.end()) {
-            out.Put(found->second);
-            out.Put(':');
-            out.Put(localName);
+            prefix = &found->second;
         } else {
-            const std::string alias = GetUniquePrefix(map);
-            context.SetNamespaceMapValue(namespaceUri, alias);
-            out.Put(alias);
+            prefix = &SetAlias(context, namespaceUri, GetUniquePrefix(map));
+            out.Put(*prefix);
             out.Put(':');
-            out.Put(localName);
-            PutDeclaration(out, alias, namespaceUri);
+            out.Put(context.m_localName);
+            PutDeclaration(out, *prefix, namespaceUri);
+            RememberNamePrefix(context, prefix);
+            return;
         }
     }
+    if (prefix != nullptr) {
+        out.Put(*prefix);
+        out.Put(':');
+    }
+    out.Put(context.m_localName);
+    RememberNamePrefix(context, prefix);
+}
 
-    if (isRoot) {
-        // What was declared before the first element, but never the xml namespace.
-        if (!m_defaultNamespace.empty()) {
-            out.Put(" xmlns=\"");
-            out.Put(m_defaultNamespace);
-            out.Put('"');
-        }
-        for (const auto& entry : m_namespaceMap) {
-            if (entry.first.compare(0, kXmlNamespaceLength, XML_NAMESPACE) != 0)
-                PutDeclaration(out, entry.second, entry.first);
+void CXmlTextWriter::WriteStartElement(const std::string& localName, const std::string& namespaceUri) {
+    {
+        COutput out(*m_pStream);
+        CloseStartTag(out);
+
+        const bool isRoot = !m_pContext;
+        PushContext(localName, namespaceUri);
+        CXmlWriterContext& context = *m_pContext;
+
+        if (m_format)
+            PutTabs(out, context.m_depth);
+        out.Put('<');
+        PutElementName(out, context, namespaceUri);
+
+        if (isRoot) {
+            // What was declared before the first element, but never the xml namespace.
+            if (!m_defaultNamespace.empty()) {
+                out.Put(" xmlns=\"");
+                out.Put(m_defaultNamespace);
+                out.Put('"');
+            }
+            for (const auto& entry : m_namespaceMap) {
+                if (entry.first.compare(0, kXmlNamespaceLength, XML_NAMESPACE) != 0)
+                    PutDeclaration(out, entry.second, entry.first);
+            }
         }
     }
     FlushIfFull();
@@ -350,42 +385,50 @@ void CXmlTextWriter::WriteStartElement(const std::string& localName, const std::
 void CXmlTextWriter::WriteEndElement() {
     if (!m_pContext)
         throw CQvException("An Element has not been opened.");
-    const CXmlWriterContext& context = *m_pContext;
-
-    COutput out(*m_pStream);
-    if (context.m_startTagOpen) {
-        out.Put("/>");
-    } else {
-        if (m_format && context.m_childCount > 0 && context.m_depth > 0)
-            PutTabs(out, context.m_depth);
-        out.Put("</");
-        if (!context.m_namespaceUri.empty() && context.m_namespaceUri != context.GetDefaultNamespace()) {
-            out.Put(m_pContext->GetNamespaceMapValue(context.m_namespaceUri));
-            out.Put(':');
+    {
+        CXmlWriterContext& context = *m_pContext;
+        COutput out(*m_pStream);
+        if (context.m_startTagOpen) {
+            out.Put("/>");
+        } else {
+            if (m_format && context.m_childCount > 0 && context.m_depth > 0)
+                PutTabs(out, context.m_depth);
+            out.Put("</");
+            const std::string* prefix = nullptr;
+            if (!RecallNamePrefix(context, prefix)) {
+                prefix = nullptr;
+                if (!context.m_namespaceUri.empty() && context.m_namespaceUri != context.GetDefaultNamespace())
+                    prefix = &context.GetNamespaceMapValue(context.m_namespaceUri);
+            }
+            if (prefix != nullptr) {
+                out.Put(*prefix);
+                out.Put(':');
+            }
+            out.Put(context.m_localName);
+            out.Put('>');
         }
-        out.Put(context.m_localName);
-        out.Put('>');
+        if (m_format)
+            PutEol(out);
+        PopContext();
     }
-    if (m_format)
-        PutEol(out);
-
-    PopContext();
     FlushIfFull();
 }
 
 void CXmlTextWriter::WriteString(const std::string& text, ItemType /*type*/) {
     if (text.empty())
         return;
-    COutput out(*m_pStream);
-    if (m_pContext && m_pContext->m_startTagOpen) {
-        m_pContext->m_startTagOpen = false;
-        out.Put('>');
+    {
+        COutput out(*m_pStream);
+        if (m_pContext && m_pContext->m_startTagOpen) {
+            m_pContext->m_startTagOpen = false;
+            out.Put('>');
+        }
+        // Text that the reader kept with its CDATA markers goes back out as it stands.
+        if (text[0] == '<' && text.compare(0, kCDataStartLength, kCDataStart) == 0)
+            out.Put(text);
+        else
+            Escape(out, text.c_str(), false);
     }
-    // Text that the reader kept with its CDATA markers goes back out as it stands.
-    if (text[0] == '<' && text.compare(0, kCDataStartLength, kCDataStart) == 0)
-        out.Put(text);
-    else
-        Escape(out, text.c_str(), false);
     FlushIfFull();
 }
 
@@ -405,35 +448,33 @@ const std::string& CXmlTextWriter::AliasOrDeclare(COutput& out, const std::strin
     if (found != map.end())
         return found->second;
 
-    const std::string alias = GetUniquePrefix(map);
-    context.SetNamespaceMapValue(namespaceUri, alias);
+    const std::string& alias = SetAlias(context, namespaceUri, GetUniquePrefix(map));
     if (blankBeforeDeclaration)
         out.Put(' ');
     out.Put("xmlns:");
     out.Put(alias);
-    out.Put('=');
-    out.Put('"');
+    out.Put("=\"");
     out.Put(namespaceUri);
-    out.Put('"');
-    out.Put(' ');
-    return context.GetNamespaceMapValue(namespaceUri);
+    out.Put("\" ");
+    return alias;
 }
 
 void CXmlTextWriter::WriteAttributeString(const std::string& localName, const std::string& namespaceUri,
                                           const std::string& value, ItemType /*type*/) {
     CheckAttributeAllowed();
-    COutput out(*m_pStream);
-    out.Put(' ');
-    // The default namespace plays no part: a namespaced attribute always has a prefix.
-    if (!namespaceUri.empty()) {
-        out.Put(AliasOrDeclare(out, namespaceUri, false));
-        out.Put(':');
+    {
+        COutput out(*m_pStream);
+        out.Put(' ');
+        // The default namespace plays no part: a namespaced attribute always has a prefix.
+        if (!namespaceUri.empty()) {
+            out.Put(AliasOrDeclare(out, namespaceUri, false));
+            out.Put(':');
+        }
+        out.Put(localName);
+        out.Put("=\"");
+        Escape(out, value.c_str(), true);
+        out.Put('"');
     }
-    out.Put(localName);
-    out.Put('=');
-    out.Put('"');
-    Escape(out, value.c_str(), true);
-    out.Put('"');
     FlushIfFull();
 }
 

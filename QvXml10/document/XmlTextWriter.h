@@ -54,7 +54,7 @@ public:
     void PadAndAppend(const char* text, bool isAttribute);
 
 private:
-    // Appends pieces of output to the stream, each in the cheapest way.
+    // Puts pieces of output straight into the stream's buffer.
     class COutput;
 
     void CloseStartTag(COutput& out);
@@ -62,10 +62,13 @@ private:
     void PutEol(COutput& out) const;
     static void PutTabs(COutput& out, uint64_t count);
     // ` xmlns:alias="uri"` with the URI as it stands.
-    void PutDeclaration(COutput& out, const std::string& alias, const std::string& namespaceUri) const;
+    static void PutDeclaration(COutput& out, const std::string& alias, const std::string& namespaceUri);
     void FlushIfFull();
     // Throws unless an element is open with its start tag not yet closed.
     void CheckAttributeAllowed() const;
+    // The name of the element just opened, with its prefix and the declaration of a prefix
+    // that had to be invented. The prefix is remembered for the end tag and the children.
+    void PutElementName(COutput& out, CXmlWriterContext& context, const std::string& namespaceUri);
     // The alias of a namespace in the scope of the open element. When there is none, one
     // is invented, entered in the scope and declared on the spot, followed by a blank.
     const std::string& AliasOrDeclare(COutput& out, const std::string& namespaceUri, bool blankBeforeDeclaration);

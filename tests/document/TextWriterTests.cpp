@@ -190,6 +190,94 @@ TEST(TextWriterTest, RootDeclarationsAndPrefixPrecedence) {
               f.Close());
 }
 
+TEST(TextWriterTest, PrefixesFollowTheScopeAsItIsWhenUsed) {
+    // An alias or default namespace set on an open element applies to its end tag and
+    // to its later children, and its siblings start again from the parent's scope.
+    Fixture f(false);
+    f.Start("r", "urn:r");
+    f.Start("a", "urn:a");
+    f.Text("t");
+    f.writer.AddNamespace("p", "urn:a");
+    f.Start("c", "urn:a");
+    f.End();
+    f.End();
+    f.Start("b", "urn:a");
+    f.Text("t");
+    f.writer.SetDefaultNamespace("urn:a");
+    f.Start("c", "urn:a");
+    f.End();
+    f.End();
+    f.Start("d", "urn:r");
+    f.Attr("x", "1", "urn:x");
+    f.Start("e", "urn:r");
+    f.Attr("y", "2", "urn:y");
+    f.End();
+    f.writer.AddNamespace("q", "urn:r");
+    f.Start("e", "urn:r");
+    f.Attr("x", "3", "urn:x");
+    f.End();
+    f.End();
+    f.Start("d", "urn:r");
+    f.Attr("y", "4", "urn:y");
+    f.writer.SetDefaultNamespace("urn:r");
+    f.Start("e", "urn:x");
+    f.End();
+    f.End();
+    f.End();
+    EXPECT_EQ("<AA:r xmlns:AA=\"urn:r\">"
+              "<AB:a xmlns:AB=\"urn:a\">t<p:c/></p:a>"
+              "<AB:b xmlns:AB=\"urn:a\">t<c/></b>"
+              "<AA:d xmlns:AB=\"urn:x\" AB:x=\"1\"><AA:e xmlns:AC=\"urn:y\" AC:y=\"2\"/>"
+              "<q:e AB:x=\"3\"/></q:d>"
+              "<AA:d xmlns:AB=\"urn:y\" AB:y=\"4\"><AC:e xmlns:AC=\"urn:x\"/></d>"
+              "</AA:r>",
+              f.Close());
+}
+
+TEST(TextWriterTest, TextEndsAtAnEmbeddedNul) {
+    // Names, values and raw text of every length end at their first NUL byte.
+    for (const size_t length : {1u, 3u, 4u, 7u, 8u, 15u, 16u, 17u, 40u}) {
+        const std::string head(length, 'n');
+        const std::string withNul = head + std::string("\0tail", 5);
+        Fixture f(false);
+        f.Start(withNul);
+        f.Attr(withNul, withNul);
+        f.Start("c", "urn:" + withNul);
+        f.End();
+        f.Text(withNul);
+        f.writer.WriteRawElement(withNul);
+        f.End();
+        EXPECT_EQ("<" + head + " " + head + "=\"" + head + "\"><AA:c xmlns:AA=\"urn:" + head + "\"/>" + head +
+                      head + "</" + head + ">",
+                  f.Close())
+            << length;
+    }
+}
+
+TEST(TextWriterTest, LongDocumentAcrossManyBlocks) {
+    // Pieces of every length from 1 to 40 bytes, escaped and not, over many blocks of the
+    // sink, against the same document put together here.
+    Fixture f(true, EOLType_CRLF);
+    f.Start("root", "urn:root");
+    std::string expected = "<AA:root xmlns:AA=\"urn:root\">\r\n";
+    for (int i = 0; i < 3000; ++i) {
+        const std::string name(1 + i % 40, static_cast<char>('a' + i % 26));
+        const std::string value(i % 37, static_cast<char>('0' + i % 10));
+        const std::string text = value + (i % 3 == 0 ? "<&>\n" : "") + name;
+        const std::string escapedText = value + (i % 3 == 0 ? "&lt;&amp;&gt;\r\n" : "") + name;
+        f.Start(name, i % 2 ? "urn:root" : "");
+        f.Attr(name, value + "\"");
+        f.Text(text);
+        f.End();
+        expected += "\t<" + std::string(i % 2 ? "AA:" : "") + name + " " + name + "=\"" + value + "&quot;\">" +
+                    escapedText + "</" + (i % 2 ? "AA:" : "") + name + ">\r\n";
+    }
+    f.End();
+    expected += "</AA:root>\r\n";
+    ASSERT_GT(expected.size(), 40000u);
+    EXPECT_EQ(expected, f.Close());
+}
+
 TEST(TextWriterTest, EscapingInTextAndAttributes) {
     // Sets a UTF-8 locale for the non-ASCII bytes, and restores the previous one.
     const std::string previous = std::setlocale(LC_ALL, nullptr);
