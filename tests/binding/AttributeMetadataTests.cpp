@@ -93,30 +93,6 @@ std::string Attributes(const CAttributeCol& attributes) {
 
 } // namespace
 
-TEST(AttributeMetadata, ConstructorsKeepTheirArguments) {
-    const CPrimitiveRestrictions restrictions("a*", 1, 2, nullptr, nullptr, nullptr, nullptr, -1);
-    const CAttributeInfoPrimitive primitive("p", "urn:p", 4, true, ItemType_r4, "%.2f",
-                                            CWhitespaceUtils::WhitespaceRule_Replace, restrictions, nullptr);
-    EXPECT_EQ(primitive.m_attributeName, "p");
-    EXPECT_EQ(primitive.m_namespaceUri, "urn:p");
-    EXPECT_EQ(primitive.m_propertyIndex, 4);
-    EXPECT_TRUE(primitive.m_optional);
-    EXPECT_EQ(primitive.m_defaultValue, "");
-    EXPECT_EQ(primitive.m_restrictions.m_strPattern, "a*");
-    EXPECT_EQ(primitive.m_itemType, ItemType_r4);
-    EXPECT_EQ(primitive.m_format, "%.2f");
-    EXPECT_EQ(primitive.m_whitespaceRule, CWhitespaceUtils::WhitespaceRule_Replace);
-
-    const CAttributeInfoEnum enumeration("e", "", 1, false, ShapeToText, TextToShape, "square");
-    EXPECT_EQ(enumeration.m_textToEnum, &TextToShape);
-    EXPECT_EQ(enumeration.m_enumToText, &ShapeToText);
-    EXPECT_EQ(enumeration.m_defaultValue, "square");
-
-    const CAttributeInfoAny any("a", nullptr, 2, true, "##local", nullptr, nullptr);
-    EXPECT_EQ(any.m_namespaceRestriction, "##local");
-    EXPECT_EQ(any.m_targetNamespace, "");
-}
-
 TEST(AttributeMetadata, ReadsEachKindAndCollectsTheRestWithoutDuplicateTest) {
     CSmartPtr<CHolder> holder = Read("count=\" 3 \" ratio=\"2.5\" size=\" big \" color=\"square\" t:shape=\"square\" "
                                      "o:x=\"1\" o:y=\"2\" z=\"3\"");
