@@ -325,6 +325,24 @@ TEST(ChoiceWalk, ChosenClassMayHoldAnEmptyChoice) {
               ReadFailure([&] { alone.FromXml("<Inner xmlns='urn:t'/>"); }));
 }
 
+TEST(ChoiceWalk, PseudoChoiceGroupAmongTheParentsChildren) {
+    CWithChoiceGroup object;
+    object.FromXml("<CG xmlns='urn:t'><q>Q</q><r>R</r></CG>");
+    EXPECT_EQ("Q", object.GetGroup()->Property(CChoiceGroupPQ::P_q).GetString());
+    EXPECT_EQ("R", object.Property(CWithChoiceGroup::P_r).GetString());
+    // A group that matches nothing is no error: it hands back the cursor unmoved.
+    object.FromXml("<CG xmlns='urn:t'><r>R</r></CG>");
+    EXPECT_FALSE(object.GetGroup()->Property(CChoiceGroupPQ::P_q).IsValid());
+    EXPECT_EQ("R", object.Property(CWithChoiceGroup::P_r).GetString());
+    EXPECT_EQ("Failed to process the element [CG]\nFailed read all the elements held within the element [CG]. The "
+              "unexpected element [x] remains un processed",
+              ReadFailure([&] { object.FromXml("<CG xmlns='urn:t'><x/><p>P</p></CG>"); }));
+    // The group itself does not skip; the enclosing sequence passes over x and
+    // offers p to the group again.
+    object.FromXml("<CG xmlns='urn:t'><x/><p>P</p></CG>", IgnoringUnknownElements());
+    EXPECT_EQ("P", object.GetGroup()->Property(CChoiceGroupPQ::P_p).GetString());
+}
+
 // ---------------------------------------------------------------------------------------------
 // Failures name the path
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -183,19 +184,16 @@ TEST_F(CollectionTest, ClearRemovesFromTheFrontWithEventsPerItem) {
 }
 
 TEST_F(CollectionTest, DestructionClearsWithEvents) {
-    Log seen;
-    {
-        CPlainCol local;
-        CEventLog localLog(&local);
-        local.AppendItem(items[0]);
-        local.PrependItem(items[1]);
-        local.AddEventListener(&localLog);
-        localLog.m_onEvent = [&] { seen.push_back(localLog.m_log.back()); };
-        LetGo();
-        EXPECT_EQ(2, destroyed);
-    }
+    std::unique_ptr<CPlainCol> local(new CPlainCol());
+    CEventLog localLog(local.get());
+    local->AppendItem(items[0]);
+    local->PrependItem(items[1]);
+    local->AddEventListener(&localLog);
+    LetGo();
+    EXPECT_EQ(2, destroyed);
+    local.reset();
     EXPECT_EQ((Log{"remove(null)", "removeComplete(null)", "change", "remove(null)", "removeComplete(null)", "change"}),
-              seen);
+              localLog.m_log);
     EXPECT_EQ(4, destroyed);
 }
 

@@ -179,6 +179,33 @@ void CWithGroup::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elem
     attributes = Table<CAttributeInfo>({new CTestAttribute("g", "", P_g, true, ItemType_string)});
 }
 
+CChoiceGroupPQ::CChoiceGroupPQ() { SetElementName("ChoiceGroupPQ"); }
+void CChoiceGroupPQ::Init() { ResetValues(); }
+void CChoiceGroupPQ::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements,
+                                   CAttributeInfo**& attributes) {
+    parent = Parent(XmlElementGroupType_Choice, "ChoiceGroupPQ", false, XmlElementType_Pseudo);
+    elements = Table<CElementInfo>(
+        {new CTestPrimElement(Group::Choice, Occurs::Optional, "p", kNs, P_p, false, ItemType_string),
+         new CTestPrimElement(Group::Choice, Occurs::Optional, "q", kNs, P_q, false, ItemType_string)});
+    attributes = Table<CAttributeInfo>({});
+}
+
+CWithChoiceGroup::CWithChoiceGroup() {
+    SetElementName("CG");
+    m_properties[P_group].SetXmlObject(new CChoiceGroupPQ());
+}
+void CWithChoiceGroup::Init() { ResetValues(); }
+CChoiceGroupPQ* CWithChoiceGroup::GetGroup() const { return ObjectOf<CChoiceGroupPQ>(m_properties[P_group]); }
+void CWithChoiceGroup::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements,
+                                     CAttributeInfo**& attributes) {
+    parent = Parent(XmlElementGroupType_Sequence, "CG", true);
+    elements = Table<CElementInfo>(
+        {new CTestClsElement(Group::Sequence, Occurs::Mandatory, "ChoiceGroupPQ", kNs, P_group, XmlElementType_Pseudo,
+                             nullptr, 0, false),
+         new CTestPrimElement(Group::Sequence, Occurs::Optional, "r", kNs, P_r, false, ItemType_string)});
+    attributes = Table<CAttributeInfo>({});
+}
+
 // ---------------------------------------------------------------------------------------------
 
 CInnerChoice::CInnerChoice() { SetElementName("Inner"); }

@@ -213,6 +213,27 @@ public:
                               QvXmlLib10Data::CAttributeInfo**&);
 };
 
+// A pseudo element holding a choice of p and q (strings).
+class CChoiceGroupPQ : public CTestGenerated<CChoiceGroupPQ, 2> {
+public:
+    enum { P_p, P_q };
+    CChoiceGroupPQ();
+    void Init() override;
+    static void BuildMetaData(QvXmlLib10Data::CParentElementInfo*&, QvXmlLib10Data::CElementInfo**&,
+                              QvXmlLib10Data::CAttributeInfo**&);
+};
+
+// CG: the choice group CChoiceGroupPQ (not required), then an optional r.
+class CWithChoiceGroup : public CTestGenerated<CWithChoiceGroup, 2> {
+public:
+    enum { P_group, P_r };
+    CWithChoiceGroup();
+    void Init() override;
+    CChoiceGroupPQ* GetGroup() const;
+    static void BuildMetaData(QvXmlLib10Data::CParentElementInfo*&, QvXmlLib10Data::CElementInfo**&,
+                              QvXmlLib10Data::CAttributeInfo**&);
+};
+
 // Inner: a choice of p and q (strings), used as member of the choice Ch.
 class CInnerChoice : public CTestGenerated<CInnerChoice, 2> {
 public:
