@@ -2,6 +2,7 @@
 
 #include "foundation/CriticalSection.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -41,14 +42,19 @@ public:
     static void FnEndCDATA(void* userData);
 
 private:
+    class CNameCache;
+
     void FreeParser();
-    // Character data of each open element is gathered here, one buffer per depth reused
-    // for the whole parse, and handed to the element once: at its end tag, or when the
-    // parse stops early.
-    std::string& PendingText() { return m_pendingText[m_depth]; }
-    void AppendPending(const char* text, size_t length);
-    void FlushPending(CXmlElement* element, size_t depth);
+    // Handler bodies.
+    void StartElement(const char* name, const char** attributes);
+    void EndElement();
+    void AppendText(const char* text, size_t length);
+    void AppendRun(const char* text, size_t length);
+    void GrowText(size_t length);
+    void FlushText(CXmlElement* element, size_t begin, size_t end);
     void FlushAllPending();
+    // Converts UTF-8 from expat to the local code page in the scratch buffer.
+    std::string Convert(const char* text, size_t length);
     // Runs a handler body; an exception stops the parser and is rethrown by Parse,
     // so that it never unwinds through expat.
     template <typename Body> void Guard(Body&& body);
@@ -60,8 +66,16 @@ private:
     // True when UTF-8 from expat is already the local code page (ASCIIOnly or a UTF-8 locale).
     bool m_passThrough;
     std::exception_ptr m_pendingException;
-    std::vector<std::string> m_pendingText;
-    size_t m_depth;
+    // Names as expat reports them, each converted, split and interned once per parse.
+    std::unique_ptr<CNameCache> m_pNames;
+    // Character data of the open elements, gathered in one buffer: each open element
+    // owns the stretch from its mark to the next element's mark (or the end), and text
+    // always belongs to the innermost one. An element receives its stretch at its end
+    // tag, or when the parse stops early.
+    std::unique_ptr<char[]> m_pText;
+    size_t m_textSize;
+    size_t m_textCapacity;
+    std::vector<size_t> m_textMarks;
 };
 
 } // namespace QvXmlLib10

@@ -8,6 +8,18 @@
 #include <cstring>
 #include <cwchar>
 #include <deque>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define QVXML_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QVXML_ADDRESS_SANITIZER 1
+#endif
+#endif
+#ifdef QVXML_ADDRESS_SANITIZER
+#include <sanitizer/asan_interface.h>
+#endif
 
 namespace QvXmlLib10 {
 
@@ -16,233 +28,256 @@ namespace {
 const char XSI_NAMESPACE[] = "http://www.w3.org/2001/XMLSchema-instance";
 const char XMLNS_NAMESPACE[] = "http://www.w3.org/2000/xmlns/";
 
-bool IsInstanceNamespace(const std::string& uri) { return uri == XSI_NAMESPACE || uri == XMLNS_NAMESPACE; }
-
-const std::string& EmptyName() {
+const std::string& EmptyString() {
     static const std::string empty;
     return empty;
 }
 
-// Every node block starts with this header, which tells its delete where it came from.
+// In front of every element block: the pool that the block came from, or null for the heap.
 struct NodeHeader {
-    void* pool; // the document's CNodePool, or null for a node on the heap
+    void* pool;
 };
 constexpr std::size_t NODE_ALIGN = 8;
 static_assert(sizeof(NodeHeader) == NODE_ALIGN, "the header keeps the node's alignment");
 
-std::size_t BlockSize(std::size_t size) {
-    return (sizeof(NodeHeader) + size + NODE_ALIGN - 1) & ~(NODE_ALIGN - 1);
+constexpr std::size_t RoundUp(std::size_t size) { return (size + NODE_ALIGN - 1) & ~(NODE_ALIGN - 1); }
+constexpr std::size_t ElementBlockSize(std::size_t size) { return RoundUp(sizeof(NodeHeader) + size); }
+
+// Eight bytes per step: names and URIs are short, and this runs for every name interned.
+std::size_t HashBytes(const char* text, std::size_t length, std::uint64_t hash) {
+    hash ^= length;
+    std::size_t i = 0;
+    for (; i + 8 <= length; i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text + i, 8);
+        hash = (hash ^ word) * 0xFF51AFD7ED558CCDull;
+        hash ^= hash >> 32;
+    }
+    if (i < length) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text + i, length - i);
+        hash = (hash ^ word) * 0xC4CEB9FE1A85EC53ull;
+        hash ^= hash >> 32;
+    }
+    return static_cast<std::size_t>(hash);
+}
+
+bool SameText(const std::string& text, const char* other, std::size_t length) {
+    return text.size() == length && (length == 0 || std::memcmp(text.data(), other, length) == 0);
 }
 
 } // namespace
 
+// ---------------------------------------------------------------------------------------------
+// Storage of a document: node pool and name table
+
 // Bump allocator for the nodes of one document, with a free list per block size so that
-// destroyed nodes (removed by an element hook, or freed by Cleanup before the next load)
-// are reused. Nodes are destroyed by their owners as usual; the pool only hands out the
-// memory and releases all of it with the document.
+// destroyed nodes (removed by an element hook, or detached and deleted by the caller) are
+// reused. Nodes are destroyed by their owners as usual; the pool only hands out memory.
+// When the tree is gone and no node is left alive, the pool starts again at its first
+// block, so that the next load into the same document touches the same memory in order.
 class CXmlDocument::CNodePool {
 public:
-    void* Allocate(std::size_t size) {
-        const std::size_t needed = BlockSize(size);
-        for (FreeList& list : m_freeLists) {
-            if (list.size == needed && list.head) {
-                FreeBlock* block = list.head;
-                list.head = block->next;
-                return Stamp(block);
-            }
-        }
-        if (needed > m_left) {
-            const std::size_t blockSize = std::max(needed, BLOCK_SIZE);
-            m_blocks.emplace_back(new unsigned char[blockSize]);
-            m_next = m_blocks.back().get();
-            m_left = blockSize;
-        }
-        void* block = m_next;
-        m_next += needed;
-        m_left -= needed;
-        return Stamp(block);
+    CNodePool() = default;
+    CNodePool(const CNodePool&) = delete;
+    CNodePool& operator=(const CNodePool&) = delete;
+    ~CNodePool() {
+        for (const auto& block : m_blocks) Unpoison(block.get(), BLOCK_SIZE);
     }
 
-    void Free(NodeHeader* header, std::size_t size) {
-        const std::size_t blockSize = BlockSize(size);
-        FreeBlock* block = reinterpret_cast<FreeBlock*>(header);
-        for (FreeList& list : m_freeLists) {
-            if (list.size == blockSize) {
-                block->next = list.head;
-                list.head = block;
-                return;
-            }
+    void* Allocate(std::size_t size) {
+        FreeBlock*& head = m_free[size / NODE_ALIGN];
+        if (head) {
+            FreeBlock* block = head;
+            Unpoison(block, size);
+            head = block->next;
+            ++m_live;
+            return block;
         }
-        block->next = nullptr;
-        m_freeLists.push_back({blockSize, block});
+        if (size > m_left) NextBlock();
+        void* block = m_next;
+        m_next += size;
+        m_left -= size;
+        ++m_live;
+        Unpoison(block, size);
+        return block;
     }
+
+    void Free(void* block, std::size_t size) noexcept {
+        FreeBlock*& head = m_free[size / NODE_ALIGN];
+        FreeBlock* freed = static_cast<FreeBlock*>(block);
+        freed->next = head;
+        head = freed;
+        --m_live;
+        Poison(block, size);
+    }
+
+    void Rewind() noexcept {
+        if (m_live != 0) return;
+        std::fill(std::begin(m_free), std::end(m_free), nullptr);
+        m_used = 0;
+        m_next = nullptr;
+        m_left = 0;
+    }
+
+    // The largest node the pool serves.
+    static constexpr std::size_t MAX_NODE = 256;
 
 private:
     struct FreeBlock {
         FreeBlock* next;
     };
-    struct FreeList {
-        std::size_t size;
-        FreeBlock* head;
-    };
 
-    void* Stamp(void* block) {
-        NodeHeader* header = static_cast<NodeHeader*>(block);
-        header->pool = this;
-        return header + 1;
+    void NextBlock() {
+        if (m_used == m_blocks.size()) {
+            std::unique_ptr<unsigned char[]> block(new unsigned char[BLOCK_SIZE]);
+            m_blocks.push_back(std::move(block));
+        }
+        m_next = m_blocks[m_used++].get();
+        m_left = BLOCK_SIZE;
+        Poison(m_next, BLOCK_SIZE);
     }
 
-    // Below the usual threshold of mapped allocations, so that blocks are reused from
-    // the heap instead of being mapped and faulted in anew on every load.
+    // Under AddressSanitizer, memory of the pool that holds no live node is poisoned, so
+    // that a node used after its destruction is reported as it would be on the heap.
+    static void Poison(void* memory, std::size_t size) noexcept {
+#ifdef QVXML_ADDRESS_SANITIZER
+        ASAN_POISON_MEMORY_REGION(memory, size);
+#else
+        (void)memory;
+        (void)size;
+#endif
+    }
+    static void Unpoison(void* memory, std::size_t size) noexcept {
+#ifdef QVXML_ADDRESS_SANITIZER
+        ASAN_UNPOISON_MEMORY_REGION(memory, size);
+#else
+        (void)memory;
+        (void)size;
+#endif
+    }
+
+    // Below the usual threshold of mapped allocations, so that blocks come from the heap
+    // instead of being mapped and faulted in anew.
     static constexpr std::size_t BLOCK_SIZE = 64 * 1024 - 64;
+    FreeBlock* m_free[MAX_NODE / NODE_ALIGN + 1] = {};
     std::vector<std::unique_ptr<unsigned char[]>> m_blocks;
-    std::vector<FreeList> m_freeLists;
+    std::size_t m_used = 0;
     unsigned char* m_next = nullptr;
     std::size_t m_left = 0;
+    std::size_t m_live = 0;
 };
 
-// The names and namespace URIs of one document, each kept once: an open-addressing hash
-// table over strings with stable addresses.
+namespace {
+constexpr std::size_t ELEMENT_BLOCK = ElementBlockSize(sizeof(CXmlElement));
+constexpr std::size_t ATTRIBUTE_BLOCK = RoundUp(sizeof(CXmlAttribute));
+static_assert(ELEMENT_BLOCK <= 256 && ATTRIBUTE_BLOCK <= 256, "nodes fit the pool's size classes");
+} // namespace
+
+// The names of one document, each pair of local name and namespace URI kept once: an
+// open-addressing hash table over names with stable addresses.
 class CXmlDocument::CNameTable {
 public:
-    CNameTable() : m_slots(64, nullptr) {}
+    explicit CNameTable(const CXmlDocument* document) : m_pDocument(document), m_slots(64, Slot{0, nullptr}) {
+        m_pEmpty = Intern("", 0, "", 0);
+    }
 
-    const std::string* Intern(const char* text, std::size_t length) {
+    const CName* Empty() const { return m_pEmpty; }
+
+    const CName* Intern(const char* namespaceUri, std::size_t namespaceLength, const char* localName,
+                        std::size_t localLength) {
+        const std::size_t hash = HashBytes(localName, localLength, HashBytes(namespaceUri, namespaceLength, SEED));
         const std::size_t mask = m_slots.size() - 1;
-        for (std::size_t i = Hash(text, length) & mask;; i = (i + 1) & mask) {
-            const std::string* slot = m_slots[i];
-            if (!slot) {
-                m_names.emplace_back(text, length);
-                m_slots[i] = &m_names.back();
-                if (2 * m_names.size() > m_slots.size()) Grow();
-                return &m_names.back();
-            }
-            if (slot->size() == length && std::memcmp(slot->data(), text, length) == 0) return slot;
+        for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+            const Slot& slot = m_slots[i];
+            if (!slot.name) break;
+            if (slot.hash == hash && SameText(slot.name->localName, localName, localLength) &&
+                SameText(slot.name->namespaceUri, namespaceUri, namespaceLength))
+                return slot.name;
         }
+        m_names.emplace_back(localName, localLength, namespaceUri, namespaceLength, m_pDocument);
+        const CName* name = &m_names.back();
+        if (2 * m_names.size() > m_slots.size()) Grow();
+        Place(m_slots, Slot{hash, name});
+        return name;
     }
 
 private:
-    // Eight bytes per step: names and URIs are short, and this runs for every name read.
-    static std::size_t Hash(const char* text, std::size_t length) {
-        std::uint64_t hash = 0x9E3779B97F4A7C15ull ^ length;
-        std::size_t i = 0;
-        for (; i + 8 <= length; i += 8) {
-            std::uint64_t word;
-            std::memcpy(&word, text + i, 8);
-            hash = (hash ^ word) * 0xFF51AFD7ED558CCDull;
-            hash ^= hash >> 32;
-        }
-        if (i < length) {
-            std::uint64_t word = 0;
-            std::memcpy(&word, text + i, length - i);
-            hash = (hash ^ word) * 0xC4CEB9FE1A85EC53ull;
-            hash ^= hash >> 32;
-        }
-        return static_cast<std::size_t>(hash);
+    struct Slot {
+        std::size_t hash;
+        const CName* name;
+    };
+    static constexpr std::uint64_t SEED = 0x9E3779B97F4A7C15ull;
+
+    static void Place(std::vector<Slot>& slots, const Slot& slot) {
+        const std::size_t mask = slots.size() - 1;
+        std::size_t i = slot.hash & mask;
+        while (slots[i].name) i = (i + 1) & mask;
+        slots[i] = slot;
     }
 
     void Grow() {
-        std::vector<const std::string*> slots(m_slots.size() * 2, nullptr);
-        const std::size_t mask = slots.size() - 1;
-        for (const std::string& name : m_names) {
-            std::size_t i = Hash(name.data(), name.size()) & mask;
-            while (slots[i]) i = (i + 1) & mask;
-            slots[i] = &name;
-        }
+        std::vector<Slot> slots(m_slots.size() * 2, Slot{0, nullptr});
+        for (const Slot& slot : m_slots)
+            if (slot.name) Place(slots, slot);
         m_slots.swap(slots);
     }
 
-    std::deque<std::string> m_names;
-    std::vector<const std::string*> m_slots;
+    const CXmlDocument* m_pDocument;
+    std::deque<CName> m_names;
+    std::vector<Slot> m_slots;
+    const CName* m_pEmpty;
 };
 
-void* CXmlDocument::AllocateNode(std::size_t size, const CXmlDocument* document) {
-    if (!document) {
-        NodeHeader* header = static_cast<NodeHeader*>(::operator new(BlockSize(size)));
-        header->pool = nullptr;
-        return header + 1;
-    }
-    // The pool is storage, not state of the tree: a const document still hands out nodes.
-    CXmlDocument* owner = const_cast<CXmlDocument*>(document);
-    if (!owner->m_pNodePool) owner->m_pNodePool.reset(new CNodePool);
-    return owner->m_pNodePool->Allocate(size);
+CXmlDocument::CName::CName(const char* local, size_t localLength, const char* uri, size_t uriLength,
+                           const CXmlDocument* owner)
+    : localName(local, localLength), namespaceUri(uri, uriLength), document(owner) {
+    const bool instance = namespaceUri == XSI_NAMESPACE || namespaceUri == XMLNS_NAMESPACE;
+    isNil = instance && localName == "nil";
+    isNamespaceAttribute = instance && (localName == "xmlns" || localName == "type" ||
+                                        localName == "schemaLocation" || localName == "noNamespaceSchemaLocation");
 }
 
-void CXmlDocument::FreeNode(void* node, std::size_t size) noexcept {
-    if (!node) return;
-    NodeHeader* header = static_cast<NodeHeader*>(node) - 1;
-    if (header->pool)
-        static_cast<CNodePool*>(header->pool)->Free(header, size);
-    else
-        ::operator delete(header);
+const CXmlDocument::CName* CXmlDocument::InternName(const char* namespaceUri, size_t namespaceLength,
+                                                    const char* localName, size_t localLength) const {
+    return m_pNameTable->Intern(namespaceUri, namespaceLength, localName, localLength);
 }
 
-const std::string* CXmlDocument::InternName(const char* text, size_t length) const {
-    if (length == 0) return &EmptyName();
-    // Like the pool, the table is storage: interning does not change the tree.
-    CXmlDocument* owner = const_cast<CXmlDocument*>(this);
-    if (!owner->m_pNameTable) owner->m_pNameTable.reset(new CNameTable);
-    return owner->m_pNameTable->Intern(text, length);
+inline CXmlElement* CXmlDocument::NewElement(const CName* name) const {
+    NodeHeader* header = static_cast<NodeHeader*>(m_pNodePool->Allocate(ELEMENT_BLOCK));
+    header->pool = m_pNodePool.get();
+    return ::new (header + 1) CXmlElement(this, name);
 }
 
 // ---------------------------------------------------------------------------------------------
 // CXmlAttribute
 
-struct CXmlAttribute::COwnedNames {
-    std::string localName;
-    std::string namespaceUri;
-};
-
-void* CXmlAttribute::operator new(std::size_t size) { return CXmlDocument::AllocateNode(size, nullptr); }
-void* CXmlAttribute::operator new(std::size_t size, const CXmlDocument* pool) {
-    return CXmlDocument::AllocateNode(size, pool);
-}
-void CXmlAttribute::operator delete(void* p, std::size_t size) noexcept { CXmlDocument::FreeNode(p, size); }
-void CXmlAttribute::operator delete(void* p, const CXmlDocument*) noexcept {
-    CXmlDocument::FreeNode(p, sizeof(CXmlAttribute));
-}
-
 CXmlAttribute::CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri)
-    : CInstanceMonitor("CXmlAttribute"), m_value(value), m_pOwnedNames(new COwnedNames{localName, namespaceUri}) {
-    m_localName = &m_pOwnedNames->localName;
-    m_namespaceUri = &m_pOwnedNames->namespaceUri;
-}
-
-CXmlAttribute::CXmlAttribute(const std::string* localName, const char* value, size_t valueLength,
-                             const std::string* namespaceUri)
-    : CInstanceMonitor("CXmlAttribute"), m_localName(localName), m_value(value, valueLength),
-      m_namespaceUri(namespaceUri) {}
-
-CXmlAttribute::~CXmlAttribute() {}
-
-bool CXmlAttribute::IsNilAttribute() const { return IsInstanceNamespace(*m_namespaceUri) && *m_localName == "nil"; }
-
-bool CXmlAttribute::IsNamespaceAttribute() const {
-    const std::string& name = *m_localName;
-    return IsInstanceNamespace(*m_namespaceUri) &&
-           (name == "xmlns" || name == "type" || name == "schemaLocation" || name == "noNamespaceSchemaLocation");
-}
+    : CInstanceMonitor("CXmlAttribute"),
+      m_pName(new CXmlDocument::CName(localName.data(), localName.size(), namespaceUri.data(), namespaceUri.size(),
+                                      nullptr)),
+      m_value(value) {}
 
 // ---------------------------------------------------------------------------------------------
 // CXmlElement
 
-struct CXmlElement::COwnedNames {
-    std::string localName;
-    std::string namespaceUri;
-};
-
-void* CXmlElement::operator new(std::size_t size) { return CXmlDocument::AllocateNode(size, nullptr); }
-void* CXmlElement::operator new(std::size_t size, const CXmlDocument* pool) {
-    return CXmlDocument::AllocateNode(size, pool);
+void* CXmlElement::operator new(std::size_t size) {
+    NodeHeader* header = static_cast<NodeHeader*>(::operator new(ElementBlockSize(size)));
+    header->pool = nullptr;
+    return header + 1;
 }
-void CXmlElement::operator delete(void* p, std::size_t size) noexcept { CXmlDocument::FreeNode(p, size); }
-void CXmlElement::operator delete(void* p, const CXmlDocument*) noexcept {
-    CXmlDocument::FreeNode(p, sizeof(CXmlElement));
+
+void CXmlElement::operator delete(void* p, std::size_t size) noexcept {
+    if (!p) return;
+    NodeHeader* header = static_cast<NodeHeader*>(p) - 1;
+    if (header->pool)
+        static_cast<CXmlDocument::CNodePool*>(header->pool)->Free(header, ElementBlockSize(size));
+    else
+        ::operator delete(header);
 }
 
 CXmlElement::CXmlElement(const CXmlDocument* document)
-    : CInstanceMonitor("CXmlElement"), m_pDocument(document), m_pLastChild(nullptr), m_localName(&EmptyName()),
-      m_namespaceUri(&EmptyName()) {}
+    : CXmlElement(document, document ? document->m_pNameTable->Empty() : new CXmlDocument::CName("", 0, "", 0, nullptr)) {}
 
 CXmlElement::~CXmlElement() {
     // Destroy the subtree without recursion, so that neither long sibling lists nor
@@ -260,26 +295,46 @@ CXmlElement::~CXmlElement() {
         child.reset();
         child = std::move(next);
     }
+
+    const CXmlDocument* document = m_pName->document;
+    if (!document) {
+        // Made without a document: the names and the attributes are its own, on the heap.
+        delete m_pName;
+        return;
+    }
+    if (!m_attributes.empty()) {
+        CXmlDocument::CNodePool& pool = *document->m_pNodePool;
+        for (std::unique_ptr<CXmlAttribute>& attribute : m_attributes) {
+            CXmlAttribute* node = attribute.release();
+            node->CXmlAttribute::~CXmlAttribute();
+            pool.Free(node, ATTRIBUTE_BLOCK);
+        }
+    }
 }
 
-const std::string* CXmlElement::Name(const std::string& text, bool isNamespace) {
-    if (m_pDocument) return m_pDocument->InternName(text.data(), text.size());
-    if (!m_pOwnedNames) m_pOwnedNames.reset(new COwnedNames);
-    std::string& owned = isNamespace ? m_pOwnedNames->namespaceUri : m_pOwnedNames->localName;
-    owned = text;
-    return &owned;
+void CXmlElement::SetNames(const std::string* localName, const std::string* namespaceUri) {
+    const std::string& local = localName ? *localName : m_pName->localName;
+    const std::string& uri = namespaceUri ? *namespaceUri : m_pName->namespaceUri;
+    if (const CXmlDocument* document = m_pName->document) {
+        m_pName = document->InternName(uri.data(), uri.size(), local.data(), local.size());
+        return;
+    }
+    // Names of an element without a document are its own.
+    CXmlDocument::CName* own = const_cast<CXmlDocument::CName*>(m_pName);
+    if (localName) own->localName = *localName;
+    if (namespaceUri) own->namespaceUri = *namespaceUri;
 }
 
-void CXmlElement::SetElementName(const std::string& name) { m_localName = Name(name, false); }
+void CXmlElement::SetElementName(const std::string& name) { SetNames(&name, nullptr); }
 
-void CXmlElement::SetNamespace(const std::string& namespaceUri) { m_namespaceUri = Name(namespaceUri, true); }
+void CXmlElement::SetNamespace(const std::string& namespaceUri) { SetNames(nullptr, &namespaceUri); }
 
 const std::string& CXmlElement::GetAttribute(const std::string& localName, const std::string& namespaceUri) const {
     for (const auto& attribute : m_attributes) {
-        if (*attribute->m_localName == localName && *attribute->m_namespaceUri == namespaceUri)
+        if (attribute->m_pName->localName == localName && attribute->m_pName->namespaceUri == namespaceUri)
             return attribute->m_value;
     }
-    return EmptyName();
+    return EmptyString();
 }
 
 void CXmlElement::AppendText(const char* text, int length) {
@@ -295,36 +350,41 @@ void CXmlElement::AppendText(const char* text) {
 }
 
 CXmlElement* CXmlElement::CreateNewChildElement() {
-    std::unique_ptr<CXmlElement> child(new (m_pDocument) CXmlElement(m_pDocument));
-    CXmlElement* raw = child.get();
-    if (m_pLastChild)
-        m_pLastChild->m_pNextSibling = std::move(child);
-    else
-        m_pFirstChild = std::move(child);
-    m_pLastChild = raw;
-    return raw;
+    const CXmlDocument* document = m_pName->document;
+    CXmlElement* child =
+        document ? document->NewElement(document->m_pNameTable->Empty()) : new CXmlElement(nullptr);
+    AppendChild(child);
+    return child;
+}
+
+CXmlAttribute* CXmlElement::NewAttribute(const CXmlDocument::CName* name, const char* value, size_t valueLength) {
+    // The caller has made room in the vector, so that the attribute can't be lost between
+    // the pool and its owner.
+    CXmlDocument::CNodePool& pool = *m_pName->document->m_pNodePool;
+    void* block = pool.Allocate(ATTRIBUTE_BLOCK);
+    CXmlAttribute* attribute;
+    try {
+        attribute = ::new (block) CXmlAttribute(name, value, valueLength);
+    } catch (...) {
+        pool.Free(block, ATTRIBUTE_BLOCK);
+        throw;
+    }
+    m_attributes.emplace_back(attribute);
+    return attribute;
 }
 
 void CXmlElement::AddAttribute(const std::string& localName, const std::string& value,
                                const std::string& namespaceUri) {
-    if (!m_pDocument) {
-        m_attributes.emplace_back(new CXmlAttribute(localName, value, namespaceUri));
+    const CXmlDocument* document = m_pName->document;
+    if (!document) {
+        std::unique_ptr<CXmlAttribute> attribute(new CXmlAttribute(localName, value, namespaceUri));
+        m_attributes.push_back(std::move(attribute));
         return;
     }
-    AddAttribute(localName.data(), localName.size(), value.data(), value.size(), namespaceUri.data(),
-                 namespaceUri.size());
-}
-
-void CXmlElement::AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
-                               const char* namespaceUri, size_t namespaceLength) {
-    if (!m_pDocument) {
-        AddAttribute(std::string(localName, localLength), std::string(value, valueLength),
-                     std::string(namespaceUri, namespaceLength));
-        return;
-    }
-    m_attributes.emplace_back(new (m_pDocument) CXmlAttribute(m_pDocument->InternName(localName, localLength), value,
-                                                              valueLength,
-                                                              m_pDocument->InternName(namespaceUri, namespaceLength)));
+    const CXmlDocument::CName* name =
+        document->InternName(namespaceUri.data(), namespaceUri.size(), localName.data(), localName.size());
+    if (m_attributes.size() == m_attributes.capacity()) m_attributes.reserve(std::max<size_t>(4, 2 * m_attributes.size()));
+    NewAttribute(name, value.data(), value.size());
 }
 
 CXmlElement* CXmlElement::RemoveLastChildElement() {
@@ -350,7 +410,11 @@ CXmlDocument::CXmlDocument(const CXmlSerializationContext& context) : CXmlDocume
 CXmlDocument::CXmlDocument(ElementHook hook) : CXmlDocument(hook, CXmlSerializationContext::m_defaultContext) {}
 
 CXmlDocument::CXmlDocument(ElementHook hook, const CXmlSerializationContext& context)
-    : CInstanceMonitor("CXmlDocument"), m_pElementHook(hook), m_pContext(&context) {
+    : CInstanceMonitor("CXmlDocument"),
+      m_pElementHook(hook),
+      m_pContext(&context),
+      m_pNodePool(new CNodePool),
+      m_pNameTable(new CNameTable(this)) {
     Init();
 }
 
@@ -366,6 +430,7 @@ void CXmlDocument::Init() {
 void CXmlDocument::Cleanup() {
     m_elementStack.clear();
     m_pDocumentElement.reset();
+    m_pNodePool->Rewind();
     m_pData.reset();
     m_dataLength = 0;
     m_namespaceAliases.clear();
@@ -376,38 +441,33 @@ std::string CXmlDocument::LookupNamespaceFromAlias(const char* alias) const {
     return found == m_namespaceAliases.end() ? std::string() : found->second;
 }
 
-CXmlElement* CXmlDocument::AddElement_Int(const char* namespaceUri, size_t namespaceLength, const char* localName,
-                                          size_t localLength) {
-    CXmlElement* element;
-    if (!m_pDocumentElement) {
-        m_pDocumentElement.reset(new (this) CXmlElement(this));
-        element = m_pDocumentElement.get();
-    } else {
-        if (m_elementStack.empty()) throw CQvException("The document has no open element to add a child element to");
-        element = m_elementStack.back()->CreateNewChildElement();
-    }
-    element->m_namespaceUri = InternName(namespaceUri, namespaceLength);
-    element->m_localName = InternName(localName, localLength);
+CXmlElement* CXmlDocument::AddElement_Int(const CName* name) {
+    if (m_pDocumentElement && m_elementStack.empty())
+        throw CQvException("The document has no open element to add a child element to");
+    CXmlElement* element = NewElement(name);
+    if (!m_pDocumentElement)
+        m_pDocumentElement.reset(element);
+    else
+        m_elementStack.back()->AppendChild(element);
     m_elementStack.push_back(element);
     return element;
 }
 
 CXmlElement* CXmlDocument::AddDocElement(const char* namespaceUri, const char* localName) {
-    m_pDocumentElement.reset(new (this) CXmlElement(this));
-    CXmlElement* element = m_pDocumentElement.get();
-    element->m_namespaceUri = namespaceUri ? InternName(namespaceUri, std::strlen(namespaceUri)) : &EmptyName();
-    element->m_localName = localName ? InternName(localName, std::strlen(localName)) : &EmptyName();
-    m_elementStack.push_back(element);
-    return element;
+    const CName* name = InternName(namespaceUri ? namespaceUri : "", namespaceUri ? std::strlen(namespaceUri) : 0,
+                                   localName ? localName : "", localName ? std::strlen(localName) : 0);
+    // A new root replaces the tree; the open elements of the old one go with it.
+    m_elementStack.clear();
+    m_pDocumentElement.reset(NewElement(name));
+    m_elementStack.push_back(m_pDocumentElement.get());
+    return m_pDocumentElement.get();
 }
 
 CXmlElement* CXmlDocument::AddChildElement(const char* namespaceUri, const char* localName) {
     if (m_elementStack.empty()) throw CQvException("The document has no open element to add a child element to");
-    CXmlElement* element = m_elementStack.back()->CreateNewChildElement();
-    element->m_namespaceUri = namespaceUri ? InternName(namespaceUri, std::strlen(namespaceUri)) : &EmptyName();
-    element->m_localName = localName ? InternName(localName, std::strlen(localName)) : &EmptyName();
-    m_elementStack.push_back(element);
-    return element;
+    const CName* name = InternName(namespaceUri ? namespaceUri : "", namespaceUri ? std::strlen(namespaceUri) : 0,
+                                   localName ? localName : "", localName ? std::strlen(localName) : 0);
+    return AddElement_Int(name);
 }
 
 void CXmlDocument::AddElementAttribute(CXmlElement* element, const std::string& localName, const std::string& value,

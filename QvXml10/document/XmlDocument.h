@@ -13,110 +13,10 @@
 
 namespace QvXmlLib10 {
 
-class CXmlDocument;
+class CXmlAttribute;
+class CXmlElement;
 class CXmlSerializationContext;
 class CExpatReader;
-
-// An attribute of the document tree; immutable after construction.
-class CXmlAttribute : public CInstanceMonitor {
-public:
-    CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
-    ~CXmlAttribute() override;
-
-    const std::string& GetLocalName() const { return *m_localName; }
-    const std::string& GetValue() const { return m_value; }
-    const std::string& GetNamespaceURI() const { return *m_namespaceUri; }
-
-    // xsi:nil (also accepted in the xmlns namespace).
-    bool IsNilAttribute() const;
-    // xmlns, xsi:type, xsi:schemaLocation, xsi:noNamespaceSchemaLocation: skipped by the
-    // binding instead of being reported as unknown.
-    bool IsNamespaceAttribute() const;
-
-    // Attributes of a document live in the document's node pool; others on the heap.
-    static void* operator new(std::size_t size);
-    static void operator delete(void* p, std::size_t size) noexcept;
-
-private:
-    friend class CXmlElement;
-    struct COwnedNames;
-
-    static void* operator new(std::size_t size, const CXmlDocument* pool);
-    static void operator delete(void* p, const CXmlDocument* pool) noexcept;
-
-    // An attribute of a document: its names are the document's shared copies.
-    CXmlAttribute(const std::string* localName, const char* value, size_t valueLength,
-                  const std::string* namespaceUri);
-
-    // Names point into the document's name table, or into m_pOwnedNames for an
-    // attribute made without a document.
-    const std::string* m_localName;
-    std::string m_value;
-    const std::string* m_namespaceUri;
-    std::unique_ptr<COwnedNames> m_pOwnedNames;
-};
-
-// An element of the document tree: its names, attributes, the concatenated character
-// data directly inside it, and a singly linked list of children.
-class CXmlElement : public CInstanceMonitor {
-public:
-    explicit CXmlElement(const CXmlDocument* document);
-    ~CXmlElement() override;
-
-    CXmlElement(const CXmlElement&) = delete;
-    CXmlElement& operator=(const CXmlElement&) = delete;
-
-    CXmlElement* GetFirstElement() const { return m_pFirstChild.get(); }
-    CXmlElement* GetNextSiblingElement() const { return m_pNextSibling.get(); }
-
-    const std::string& GetNamespaceURI() const { return *m_namespaceUri; }
-    const std::string& GetLocalName() const { return *m_localName; }
-    const std::string& GetText() const { return m_text; }
-    const std::vector<std::unique_ptr<CXmlAttribute>>& GetAttributes() const { return m_attributes; }
-
-    // The value of the first attribute matching both names, or a shared empty string.
-    const std::string& GetAttribute(const std::string& localName, const std::string& namespaceUri) const;
-
-    void SetElementName(const std::string& name);
-    void SetNamespace(const std::string& namespaceUri);
-
-    void AppendText(const char* text, int length);
-    void AppendText(const char* text);
-
-    CXmlElement* CreateNewChildElement();
-    void AddAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
-    // Unlinks the last child; the caller owns it. Null when there is no child. Like every
-    // element of a document, it lives no longer than its document.
-    CXmlElement* RemoveLastChildElement();
-
-    // Elements of a document live in the document's node pool; others on the heap.
-    static void* operator new(std::size_t size);
-    static void operator delete(void* p, std::size_t size) noexcept;
-
-private:
-    friend class CXmlDocument;
-    friend class CExpatReader;
-    struct COwnedNames;
-
-    static void* operator new(std::size_t size, const CXmlDocument* pool);
-    static void operator delete(void* p, const CXmlDocument* pool) noexcept;
-
-    void AddAttribute(const char* localName, size_t localLength, const char* value, size_t valueLength,
-                      const char* namespaceUri, size_t namespaceLength);
-    const std::string* Name(const std::string& text, bool isNamespace);
-
-    const CXmlDocument* m_pDocument;
-    std::unique_ptr<CXmlElement> m_pNextSibling;
-    std::unique_ptr<CXmlElement> m_pFirstChild;
-    CXmlElement* m_pLastChild;
-    std::vector<std::unique_ptr<CXmlAttribute>> m_attributes;
-    std::string m_text;
-    // Names point into the document's name table (a document repeats few names), or
-    // into m_pOwnedNames for an element made without a document.
-    const std::string* m_localName;
-    const std::string* m_namespaceUri;
-    std::unique_ptr<COwnedNames> m_pOwnedNames;
-};
 
 // The document tree of one load: built by a parser through the build operations,
 // read by the binding, destroyed with the document.
@@ -170,13 +70,25 @@ private:
     friend class CXmlAttribute;
     class CNodePool;
     class CNameTable;
-    static void* AllocateNode(std::size_t size, const CXmlDocument* document);
-    static void FreeNode(void* node, std::size_t size) noexcept;
-    // The document's single copy of a name or namespace URI.
-    const std::string* InternName(const char* text, size_t length) const;
 
-    CXmlElement* AddElement_Int(const char* namespaceUri, size_t namespaceLength, const char* localName,
-                                size_t localLength);
+    // The local name and namespace URI of an element or attribute, with the document
+    // the node belongs to. A document keeps one per distinct pair, shared by all its
+    // nodes; a node made without a document owns its own (document null).
+    struct CName {
+        CName(const char* local, size_t localLength, const char* uri, size_t uriLength, const CXmlDocument* owner);
+
+        std::string localName;
+        std::string namespaceUri;
+        const CXmlDocument* document;
+        // Answers of CXmlAttribute::IsNilAttribute and IsNamespaceAttribute for this name.
+        bool isNil;
+        bool isNamespaceAttribute;
+    };
+
+    const CName* InternName(const char* namespaceUri, size_t namespaceLength, const char* localName,
+                            size_t localLength) const;
+    CXmlElement* NewElement(const CName* name) const;
+    CXmlElement* AddElement_Int(const CName* name);
     void TakeData(const unsigned char* data, uint64_t length);
 
     std::unique_ptr<CXmlElement> m_pDocumentElement;
@@ -187,10 +99,111 @@ private:
     SchemaType m_schemaType;
     ElementHook m_pElementHook;
     const CXmlSerializationContext* m_pContext;
-    // Storage of the elements and attributes of the tree: one block per many nodes
-    // instead of one heap block per node. Both live as long as the document.
+    // Storage of the tree: nodes come from a pool that lives as long as the document
+    // and is reused from one load to the next; names are kept once per document.
     std::unique_ptr<CNodePool> m_pNodePool;
     std::unique_ptr<CNameTable> m_pNameTable;
+};
+
+// An attribute of the document tree; immutable after construction.
+class CXmlAttribute : public CInstanceMonitor {
+public:
+    CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
+    // An attribute made without a document owns its names.
+    ~CXmlAttribute() override {
+        if (!m_pName->document) delete m_pName;
+    }
+
+    CXmlAttribute(const CXmlAttribute&) = delete;
+    CXmlAttribute& operator=(const CXmlAttribute&) = delete;
+
+    const std::string& GetLocalName() const { return m_pName->localName; }
+    const std::string& GetValue() const { return m_value; }
+    const std::string& GetNamespaceURI() const { return m_pName->namespaceUri; }
+
+    // xsi:nil (also accepted in the xmlns namespace).
+    bool IsNilAttribute() const { return m_pName->isNil; }
+    // xmlns, xsi:type, xsi:schemaLocation, xsi:noNamespaceSchemaLocation: skipped by the
+    // binding instead of being reported as unknown.
+    bool IsNamespaceAttribute() const { return m_pName->isNamespaceAttribute; }
+
+private:
+    friend class CXmlElement;
+    friend class CExpatReader;
+
+    // An attribute of a document, made in the document's node pool by its element.
+    CXmlAttribute(const CXmlDocument::CName* name, const char* value, size_t valueLength)
+        : CInstanceMonitor("CXmlAttribute"), m_pName(name), m_value(value, valueLength) {}
+
+    const CXmlDocument::CName* m_pName;
+    std::string m_value;
+};
+
+// An element of the document tree: its names, attributes, the concatenated character
+// data directly inside it, and a singly linked list of children.
+class CXmlElement : public CInstanceMonitor {
+public:
+    explicit CXmlElement(const CXmlDocument* document);
+    ~CXmlElement() override;
+
+    CXmlElement(const CXmlElement&) = delete;
+    CXmlElement& operator=(const CXmlElement&) = delete;
+
+    CXmlElement* GetFirstElement() const { return m_pFirstChild.get(); }
+    CXmlElement* GetNextSiblingElement() const { return m_pNextSibling.get(); }
+
+    const std::string& GetNamespaceURI() const { return m_pName->namespaceUri; }
+    const std::string& GetLocalName() const { return m_pName->localName; }
+    const std::string& GetText() const { return m_text; }
+    const std::vector<std::unique_ptr<CXmlAttribute>>& GetAttributes() const { return m_attributes; }
+
+    // The value of the first attribute matching both names, or a shared empty string.
+    const std::string& GetAttribute(const std::string& localName, const std::string& namespaceUri) const;
+
+    void SetElementName(const std::string& name);
+    void SetNamespace(const std::string& namespaceUri);
+
+    void AppendText(const char* text, int length);
+    void AppendText(const char* text);
+
+    CXmlElement* CreateNewChildElement();
+    void AddAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
+    // Unlinks the last child; the caller owns it. Null when there is no child. Like every
+    // element of a document, it lives no longer than its document.
+    CXmlElement* RemoveLastChildElement();
+
+    // Elements of a document come from the document's node pool, others from the heap;
+    // a header in front of each block tells the two apart.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p, std::size_t size) noexcept;
+
+private:
+    friend class CXmlDocument;
+    friend class CExpatReader;
+
+    // An element of a document with its names, made in the document's node pool.
+    CXmlElement(const CXmlDocument* /*document*/, const CXmlDocument::CName* name)
+        : CInstanceMonitor("CXmlElement"), m_pLastChild(nullptr), m_pName(name) {}
+
+    void SetNames(const std::string* localName, const std::string* namespaceUri);
+    void AppendChild(CXmlElement* child) {
+        if (m_pLastChild)
+            m_pLastChild->m_pNextSibling.reset(child);
+        else
+            m_pFirstChild.reset(child);
+        m_pLastChild = child;
+    }
+    CXmlAttribute* NewAttribute(const CXmlDocument::CName* name, const char* value, size_t valueLength);
+
+    std::unique_ptr<CXmlElement> m_pNextSibling;
+    std::unique_ptr<CXmlElement> m_pFirstChild;
+    CXmlElement* m_pLastChild;
+    // Attributes of an element of a document live in the document's node pool; the
+    // element destroys them itself.
+    std::vector<std::unique_ptr<CXmlAttribute>> m_attributes;
+    std::string m_text;
+    // Local name, namespace URI and document, shared with the document's other nodes.
+    const CXmlDocument::CName* m_pName;
 };
 
 // The length of an open file, with its position left as it was; -1 on failure.

@@ -195,3 +195,138 @@ TEST(DocumentTree, ChildWithoutOpenElementIsRefused) {
     CXmlDocument document;
     EXPECT_THROW(document.AddChildElement("", "orphan"), CQvException);
 }
+
+TEST(DocumentTree, ElementsWithoutDocumentOwnTheirNamesChildrenAndAttributes) {
+    const std::string xsi = "http://www.w3.org/2001/XMLSchema-instance";
+    std::unique_ptr<CXmlElement> root(new CXmlElement(nullptr));
+    EXPECT_EQ(root->GetLocalName(), "");
+    EXPECT_EQ(root->GetNamespaceURI(), "");
+    root->SetElementName("r");
+    root->SetNamespace("urn:r");
+    root->SetElementName("root");
+    root->AddAttribute("a", "1", "urn:a");
+    root->AppendText("text");
+    CXmlElement* child = root->CreateNewChildElement();
+    child->SetElementName("c");
+    child->AddAttribute("nil", "true", xsi);
+    child->CreateNewChildElement()->SetNamespace("urn:g");
+
+    EXPECT_EQ(root->GetLocalName(), "root");
+    EXPECT_EQ(root->GetNamespaceURI(), "urn:r");
+    EXPECT_EQ(root->GetAttribute("a", "urn:a"), "1");
+    EXPECT_EQ(root->GetText(), "text");
+    ASSERT_EQ(root->GetFirstElement(), child);
+    EXPECT_TRUE(child->GetAttributes()[0]->IsNilAttribute());
+    EXPECT_EQ(child->GetFirstElement()->GetNamespaceURI(), "urn:g");
+
+    std::unique_ptr<CXmlElement> removed(root->RemoveLastChildElement());
+    EXPECT_EQ(removed.get(), child);
+    EXPECT_EQ(root->GetFirstElement(), nullptr);
+    EXPECT_EQ(removed->GetLocalName(), "c");
+}
+
+TEST(DocumentTree, ElementMadeByTheCallerForADocumentUsesItsStorage) {
+    CXmlDocument document;
+    {
+        CXmlElement local(&document);
+        local.SetElementName("local");
+        local.AddAttribute("a", "a value longer than a short string", "");
+        local.CreateNewChildElement()->SetElementName("child");
+        EXPECT_EQ(local.GetAttribute("a", ""), "a value longer than a short string");
+        EXPECT_EQ(local.GetFirstElement()->GetLocalName(), "child");
+    }
+    document.LoadXml("<r a=\"1\"><c/></r>");
+    EXPECT_EQ(document.GetDocumentElement()->GetAttribute("a", ""), "1");
+}
+
+TEST(DocumentTree, RenamingAnElementLeavesItsNamesakesAlone) {
+    CXmlDocument document;
+    CXmlElement* root = document.AddDocElement("urn:u", "r");
+    CXmlElement* first = document.AddChildElement("urn:u", "a");
+    document.EndElement();
+    CXmlElement* second = document.AddChildElement("urn:u", "a");
+    document.EndElement();
+    CXmlDocument::AddElementAttribute(first, "x", "1", "urn:u");
+    CXmlDocument::AddElementAttribute(second, "x", "2", "urn:u");
+
+    first->SetElementName("b");
+    second->SetNamespace("urn:v");
+    EXPECT_EQ(first->GetLocalName(), "b");
+    EXPECT_EQ(first->GetNamespaceURI(), "urn:u");
+    EXPECT_EQ(second->GetLocalName(), "a");
+    EXPECT_EQ(second->GetNamespaceURI(), "urn:v");
+    EXPECT_EQ(root->GetLocalName(), "r");
+    EXPECT_EQ(root->GetNamespaceURI(), "urn:u");
+    EXPECT_EQ(first->GetAttribute("x", "urn:u"), "1");
+    EXPECT_EQ(second->GetAttribute("x", "urn:u"), "2");
+}
+
+TEST(DocumentTree, NewDocumentElementReplacesTheTreeAndItsOpenElements) {
+    CXmlDocument document;
+    document.AddDocElement("", "a");
+    document.AddChildElement("", "b");
+    CXmlElement* c = document.AddDocElement("", "c");
+    CXmlElement* d = document.AddChildElement("", "d");
+    EXPECT_EQ(document.GetDocumentElement(), c);
+    EXPECT_EQ(c->GetFirstElement(), d);
+    document.EndElement();
+    document.EndElement();
+    document.EndElement(); // nothing open: no effect
+    EXPECT_THROW(document.AddChildElement("", "e"), CQvException);
+    EXPECT_EQ(ChildNames(c), (std::vector<std::string>{"d"}));
+}
+
+TEST(DocumentTree, DetachedElementOutlivesTheNextLoad) {
+    CXmlDocument document;
+    document.LoadXml("<r><a x=\"1\">text of a, long enough for the heap</a></r>");
+    std::unique_ptr<CXmlElement> detached(document.GetDocumentElement()->RemoveLastChildElement());
+    // The next loads must not build the new trees in the memory of the detached element.
+    for (int i = 0; i < 3; ++i) document.LoadXml("<s><b y=\"2\">u</b><c z=\"3\"/><b y=\"4\">v</b></s>");
+    EXPECT_EQ(detached->GetLocalName(), "a");
+    EXPECT_EQ(detached->GetAttribute("x", ""), "1");
+    EXPECT_EQ(detached->GetText(), "text of a, long enough for the heap");
+    EXPECT_EQ(ChildNames(document.GetDocumentElement()), (std::vector<std::string>{"b", "c", "b"}));
+    detached.reset();
+    document.LoadXml("<t/>");
+    EXPECT_EQ(document.GetDocumentElement()->GetLocalName(), "t");
+}
+
+namespace {
+std::vector<std::string> g_consumed;
+bool ConsumeItems(CXmlElement* element) {
+    if (element->GetLocalName() != "item") return false;
+    std::string seen = element->GetAttribute("n", "") + ":" + element->GetText();
+    for (CXmlElement* c = element->GetFirstElement(); c; c = c->GetNextSiblingElement()) seen += ":" + c->GetText();
+    g_consumed.push_back(seen);
+    return true;
+}
+} // namespace
+
+TEST(DocumentTree, ElementsConsumedByTheHookLeaveTheirMemoryToLaterOnes) {
+    // The memory of removed items is reused by the items and keepers after them; each
+    // element must still read back exactly what was parsed into it.
+    g_consumed.clear();
+    std::string xml = "<r>";
+    for (int i = 0; i < 2000; ++i) {
+        const std::string n = std::to_string(i);
+        xml += "<item n=\"" + n + "\">item text " + n + "<part>part of item number " + n + "</part></item>";
+        if (i % 3 == 0) xml += "<keep n=\"" + n + "\" m=\"attribute value of keeper " + n + "\">kept " + n + "</keep>";
+    }
+    xml += "</r>";
+    CXmlDocument document(&ConsumeItems);
+    document.LoadXml(xml.c_str());
+
+    ASSERT_EQ(g_consumed.size(), 2000u);
+    EXPECT_EQ(g_consumed[0], "0:item text 0:part of item number 0");
+    EXPECT_EQ(g_consumed[1999], "1999:item text 1999:part of item number 1999");
+    int expected = 0;
+    for (CXmlElement* keep = document.GetDocumentElement()->GetFirstElement(); keep;
+         keep = keep->GetNextSiblingElement(), expected += 3) {
+        const std::string n = std::to_string(expected);
+        ASSERT_EQ(keep->GetLocalName(), "keep");
+        EXPECT_EQ(keep->GetAttribute("n", ""), n);
+        EXPECT_EQ(keep->GetAttribute("m", ""), "attribute value of keeper " + n);
+        EXPECT_EQ(keep->GetText(), "kept " + n);
+    }
+    EXPECT_EQ(expected, 2001);
+}

@@ -300,3 +300,106 @@ TEST(ExpatReader, ExceptionFromHandlerPassesThroughUnchanged) {
     document.LoadXml("<r><first/></r>");
     EXPECT_EQ(Describe(document.GetDocumentElement()), "{}r ({}first)");
 }
+
+TEST(ExpatReader, TextStaysWithTheElementItIsDirectlyIn) {
+    struct Case {
+        const char* xml;
+        const char* tree;
+    };
+    const Case cases[] = {
+        {"<r>1<a>2<b>3</b>4<c/>5</a>6</r>", "{}r '16' ({}a '245' ({}b '3') ({}c))"},
+        {"<r><a><b>x</b></a>y</r>", "{}r 'y' ({}a ({}b 'x'))"},
+        {"<r>a&#13;&#13;b<c>&#13;</c>&#13;</r>", "{}r 'ab' ({}c)"},
+        {"<r>\n  <a>one\r\ntwo</a>\n</r>", "{}r '\n  \n' ({}a 'one\ntwo')"},
+    };
+    for (const Case& c : cases) {
+        CXmlDocument document;
+        document.LoadXml(c.xml);
+        EXPECT_EQ(Describe(document.GetDocumentElement()), c.tree) << c.xml;
+    }
+}
+
+TEST(ExpatReader, CdataMarkersStayWithTheirElement) {
+    CXmlSerializationContext context;
+    context.SetStripCDATA(false);
+    CXmlDocument document(context);
+    document.LoadXml("<r>a<![CDATA[b]]><c><![CDATA[]]></c>d</r>");
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{}r 'a<![CDATA[b]]>d' ({}c '<![CDATA[]]>')");
+}
+
+TEST(ExpatReader, FailedLoadKeepsTheTreeAndTextSoFar) {
+    CXmlDocument document;
+    EXPECT_EQ(LoadError(document, "<r>ab<c x=\"1\">cd<d>e</r>"), "mismatched tag at line 1");
+    ASSERT_NE(document.GetDocumentElement(), nullptr);
+    EXPECT_EQ(Describe(document.GetDocumentElement()), "{}r 'ab' ({}c @{}x=1 'cd' ({}d 'e'))");
+}
+
+TEST(ExpatReader, AttributesOfTheInstanceNamespaceAreRecognised) {
+    CXmlDocument document;
+    document.LoadXml("<a xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xsi:nil=\"true\" xsi:type=\"t\" "
+                     "xsi:schemaLocation=\"s\" nil=\"x\" b=\"1\"/>");
+    const auto& attributes = document.GetDocumentElement()->GetAttributes();
+    ASSERT_EQ(attributes.size(), 5u);
+    const bool nil[] = {true, false, false, false, false};
+    const bool skipped[] = {false, true, true, false, false};
+    for (size_t i = 0; i < attributes.size(); ++i) {
+        EXPECT_EQ(attributes[i]->IsNilAttribute(), nil[i]) << i;
+        EXPECT_EQ(attributes[i]->IsNamespaceAttribute(), skipped[i]) << i;
+    }
+}
+
+TEST(ExpatReader, LongTextInManyPiecesLoadsInLinearTime) {
+    // Expat hands over text in pieces broken at every entity and line end: a few
+    // million pieces here, some of them carriage returns that have to go.
+    const int repeats = 400000;
+    std::string xml = "<r><first/>";
+    std::string expected;
+    for (int i = 0; i < repeats; ++i) {
+        xml += "ab&amp;c\n&#13;d";
+        expected += "ab&c\nd";
+    }
+    xml += "<last/>z</r>";
+    expected += "z";
+    CXmlDocument document;
+    document.LoadXml(xml.c_str());
+    EXPECT_EQ(document.GetDocumentElement()->GetText(), expected);
+    EXPECT_EQ(Describe(document.GetDocumentElement()->GetFirstElement()), "{}first");
+}
+
+TEST(ExpatReader, DeepNestingKeepsEachLevelsText) {
+    const int depth = 100000;
+    std::string xml;
+    for (int i = 0; i < depth; ++i) xml += "<e n=\"" + std::to_string(i) + "\">a";
+    for (int i = 0; i < depth; ++i) xml += "b</e>";
+    CXmlDocument document;
+    document.LoadXml(xml.c_str());
+    int level = 0;
+    for (const CXmlElement* e = document.GetDocumentElement(); e; e = e->GetFirstElement(), ++level) {
+        ASSERT_EQ(e->GetText(), "ab") << level;
+        ASSERT_EQ(e->GetAttribute("n", ""), std::to_string(level));
+        ASSERT_EQ(e->GetNextSiblingElement(), nullptr);
+    }
+    EXPECT_EQ(level, depth);
+}
+
+TEST(ExpatReader, NamesFollowTheLocaleOfEachLoad) {
+    const std::string xml = "<caf\xC3\xA9 n\xC3\xA9=\"1\"/>";
+    CXmlDocument document;
+    {
+        LocaleScope c("C"); // plain ASCII locale: the name becomes '?'
+        document.LoadXml(xml.c_str());
+        EXPECT_EQ(Describe(document.GetDocumentElement()), "{}caf? @{}n?=1");
+    }
+    {
+        LocaleScope utf8("C.UTF-8"); // a UTF-8 locale: the same document now keeps the name
+        document.LoadXml(xml.c_str());
+        EXPECT_EQ(Describe(document.GetDocumentElement()), "{}caf\xC3\xA9 @{}n\xC3\xA9=1");
+    }
+}
+
+TEST(ExpatReader, ConvertedTextLosesItsCarriageReturns) {
+    LocaleScope c("C"); // plain ASCII locale: the text goes through the converter
+    CXmlDocument document;
+    document.LoadXml("<a>\xC3\xA9&#13;x\r\ny</a>");
+    EXPECT_EQ(document.GetDocumentElement()->GetText(), "?x\ny");
+}
