@@ -1,0 +1,538 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+#include <string>
+
+#include "binding/XmlGeneratedClass.h"
+#include "binding/XmlSerializationContext.h"
+#include "binding/metadata/SequenceElementInfo.h"
+#include "collections/AttributeCollections.h"
+#include "collections/Element.h"
+#include "foundation/QvException.h"
+#include "support/FamilyClasses.h"
+#include "support/TestMetadata.h"
+#include "support/TestWriting.h"
+#include "values/QvVariant.h"
+
+using namespace QvXmlLib10;
+using namespace QvXmlLib10Data;
+using namespace QvXmlTest;
+
+namespace {
+
+const XmlElementType kElement = XmlElementType_Element;
+const XmlElementType kPseudo = XmlElementType_Pseudo;
+const CPrimitiveRestrictions kNoFacets;
+const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
+
+// V: p (i4, nillable), o (string), e (colour, nillable), f (colour), pc (0 to 2
+// strings), ec (any number of colours, as text).
+struct ValuesSpec : CSpecDefaults {
+    enum { P_p, P_o, P_e, P_f, P_pc, P_ec, kProperties };
+    static constexpr const char* kName = "V";
+    static void Construct(QvVariant* properties) {
+        properties[P_pc].SetXmlCollection(new CPlainStringCol("pc", 0, 2));
+        properties[P_ec].SetXmlCollection(new CPlainStringCol("ec", 0, -1));
+    }
+    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+        parent = MakeParent(XmlElementGroupType_Sequence, kName);
+        elements = MakeTable<CElementInfo>({
+            new CElementInfoSeqPrimMnd("p", kNs, P_p, true, ItemType_i4, nullptr, kCollapse, kNoFacets),
+            new CElementInfoSeqPrimOpt("o", kNs, P_o, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+            new CElementInfoSeqEnumMnd("e", kNs, P_e, true, ColorToText, TextToColor),
+            new CElementInfoSeqEnumOpt("f", kNs, P_f, false, ColorToText, TextToColor),
+            new CElementInfoSeqPrimCol("pc", kNs, P_pc),
+            new CElementInfoSeqEnumCol("ec", kNs, P_ec),
+        });
+        attributes = MakeTable<CAttributeInfo>({});
+    }
+};
+using CValues = CSpecClass<ValuesSpec>;
+
+// O: Leaf (mandatory), Opt (an optional Leaf), Many (1 to 3 Leafs), Shape (mandatory
+// abstract), Spare (optional abstract), Shapes (abstract, any number).
+struct ObjectsSpec : CSpecDefaults {
+    enum { P_leaf, P_opt, P_many, P_shape, P_spare, P_shapes, kProperties };
+    static constexpr const char* kName = "O";
+    static void Construct(QvVariant* properties) {
+        properties[P_leaf].SetXmlObject(new CLeaf());
+        properties[P_many].SetXmlCollection(new CObjectCol("Many", CObjectCol::Kind_Leaf, 1, 3));
+        properties[P_shapes].SetXmlCollection(new CObjectCol("Shapes", CObjectCol::Kind_Shape, 0, -1));
+    }
+    static void Reset(QvVariant* properties) {
+        for (int index : {P_opt, P_shape, P_spare})
+            properties[index].SetInvalid();
+    }
+    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+        parent = MakeParent(XmlElementGroupType_Sequence, kName);
+        elements = MakeTable<CElementInfo>({
+            new CElementInfoSeqClsMnd("Leaf", kNs, P_leaf, kElement, CreateFamilyObject, FamilyClass_Leaf, false),
+            new CElementInfoSeqClsOpt("Opt", kNs, P_opt, kElement, CreateFamilyObject, FamilyClass_Leaf),
+            new CElementInfoSeqClsCol("Many", kNs, P_many, kElement),
+            new CElementInfoSeqAbsClsMnd("Shape", kNs, P_shape, kElement, CreateShape),
+            new CElementInfoSeqAbsClsOpt("Spare", kNs, P_spare, kElement, CreateShape),
+            new CElementInfoSeqAbsClsCol("Shapes", kNs, P_shapes, kElement),
+        });
+        attributes = MakeTable<CAttributeInfo>({});
+    }
+};
+using CObjects = CSpecClass<ObjectsSpec>;
+
+// G: the group Pair (mandatory, and required), Pairs (any number of Pair groups) and
+// an optional z. Its element carries the attributes of the groups.
+struct GroupsSpec : CSpecDefaults {
+    enum { P_pair, P_pairs, P_z, kProperties };
+    static constexpr const char* kName = "G";
+    static void Construct(QvVariant* properties) {
+        properties[P_pair].SetXmlObject(new CPair());
+        properties[P_pairs].SetXmlCollection(new CObjectCol("Pair", CObjectCol::Kind_Pair, 0, -1));
+    }
+    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+        parent = MakeParent(XmlElementGroupType_Sequence, kName, kElement, false);
+        elements = MakeTable<CElementInfo>({
+            new CElementInfoSeqClsMnd("Pair", kNs, P_pair, kPseudo, CreateFamilyObject, FamilyClass_Pair, true),
+            new CElementInfoSeqClsCol("Pair", kNs, P_pairs, kPseudo),
+            new CElementInfoSeqPrimOpt("z", kNs, P_z, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+        });
+        attributes = MakeTable<CAttributeInfo>({});
+    }
+};
+using CGroups = CSpecClass<GroupsSpec>;
+
+// U: any (any element, mandatory), w (optional, from another namespace than kNs),
+// rest (any number of elements of any name).
+struct OpenSpec : CSpecDefaults {
+    enum { P_any, P_w, P_rest, kProperties };
+    static constexpr const char* kName = "U";
+    static void Construct(QvVariant* properties) {
+        properties[P_any].SetXmlObject(new CElement("any", "", "##any", ""));
+        properties[P_rest].SetXmlCollection(new CElementCol("", "##any", "", 0, -1));
+    }
+    static void Reset(QvVariant* properties) { properties[P_w].SetInvalid(); }
+    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+        parent = MakeParent(XmlElementGroupType_Sequence, kName);
+        elements = MakeTable<CElementInfo>({
+            new CElementInfoSeqUntpdMnd("AnyElement", kNs, P_any, "##any", kNs),
+            new CElementInfoSeqUntpdOpt("w", kNs, P_w, "##other", kNs),
+            new CElementInfoSeqUntpdCol("AnyElement", kNs, P_rest),
+        });
+        attributes = MakeTable<CAttributeInfo>({});
+    }
+};
+using COpen = CSpecClass<OpenSpec>;
+
+std::string Read(CXmlObjectBase& object, const char* body,
+                 const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
+    return WrappedFailureOf([&] { object.FromXml(body, context); });
+}
+
+// ---------------------------------------------------------------------------------------------
+// Single members at the cursor
+
+TEST(SequenceMetadata, MandatoryValuesSeekTheirElementAsTheSettingsSay) {
+    CSmartPtr<CHost> host = new CHost();
+    CElementInfoSeqPrimMnd prim("p", kNs, 0, false, ItemType_i4, nullptr, kCollapse, kNoFacets);
+    CElementInfoSeqEnumMnd color("e", kNs, 0, false, ColorToText, TextToColor);
+    struct Row {
+        CElementInfo* info;
+        const char* children;
+        XmlElementType type;
+        CXmlSerializationContext context;
+        COffer offer;
+        const char* property;
+    };
+    const Row rows[] = {
+        {&prim, "<p>5</p><q/>", kElement, CXmlSerializationContext(), {true, "q"}, "5"},
+        {&prim, "<x/><y/><p>5</p>", kElement, IgnoringUnknown(), {true, "null"}, "5"},
+        {&prim, "<x/><p>5</p>", kElement, IgnoringMissing(), {true, "x"}, "none"},
+        {&prim, "", kElement, IgnoringMissing(), {true, "null"}, "none"},
+        {&prim, "<x/><p>5</p>", kPseudo, IgnoringUnknown(), {true, "null"}, "5"},
+        {&prim, "<x/><p>5</p>", kPseudo, CXmlSerializationContext(), {false, "x"}, "none"},
+        {&prim, "", kPseudo, IgnoringMissing(), {false, "null"}, "none"},
+        {&color, "<x/><e>blue</e>", kElement, IgnoringUnknown(), {true, "null"}, "2"},
+        {&color, "", kElement, IgnoringMissing(), {true, "null"}, "none"},
+        // A pseudo element does not pass over unknown elements for an enumeration.
+        {&color, "<x/><e>blue</e>", kPseudo, IgnoringUnknown(), {false, "x"}, "none"},
+        {&color, "<e>green</e>", kPseudo, CXmlSerializationContext(), {true, "null"}, "1"},
+    };
+    for (const Row& row : rows) {
+        host->Property(0).SetInvalid();
+        EXPECT_EQ(row.offer, Offer(*row.info, *host, row.children, row.type, row.context)) << row.children;
+        EXPECT_EQ(row.property, Describe(host->Property(0))) << row.children;
+    }
+    EXPECT_EQ("Failed to find a required element [p]",
+              FailureOf([&] { Offer(prim, *host, "<x/><p>5</p>", kElement); }));
+    EXPECT_EQ("Failed to find a required element [p]",
+              FailureOf([&] { Offer(prim, *host, "<x/>", kElement, IgnoringUnknown()); }));
+    EXPECT_EQ("Failed to find a required element [e]", FailureOf([&] { Offer(color, *host, "", kElement); }));
+}
+
+TEST(SequenceMetadata, OptionalValuesReadOnlyWhatStandsAtTheCursor) {
+    CSmartPtr<CHost> host = new CHost();
+    CElementInfoSeqPrimOpt prim("o", kNs, 0, false, ItemType_string, nullptr, kCollapse, kNoFacets);
+    CElementInfoSeqEnumOpt color("f", kNs, 1, false, ColorToText, TextToColor);
+    for (XmlElementType type : {kElement, kPseudo}) {
+        EXPECT_EQ((COffer{true, "x"}), Offer(prim, *host, "<x/><o/>", type, IgnoringUnknown()));
+        EXPECT_EQ((COffer{true, "x"}), Offer(color, *host, "<x/><f>red</f>", type, IgnoringUnknown()));
+        EXPECT_EQ("none", Describe(host->Property(0)));
+        EXPECT_EQ("none", Describe(host->Property(1)));
+    }
+    EXPECT_EQ((COffer{true, "x"}), Offer(prim, *host, "<o> a  b </o><x/>", kElement));
+    EXPECT_EQ((COffer{true, "null"}), Offer(color, *host, "<f>green</f>", kElement));
+    EXPECT_EQ("a b", Describe(host->Property(0)));
+    EXPECT_EQ("1", Describe(host->Property(1)));
+}
+
+TEST(SequenceMetadata, NilTestIgnoresCaseAndTheTextOfANilElement) {
+    CSmartPtr<CHost> host = new CHost();
+    CElementInfoSeqPrimMnd nillable("p", kNs, 0, true, ItemType_i4, nullptr, kCollapse, kNoFacets);
+    CElementInfoSeqPrimMnd plain("p", kNs, 0, false, ItemType_i4, nullptr, kCollapse, kNoFacets);
+    CElementInfoSeqEnumOpt color("p", kNs, 0, true, ColorToText, TextToColor);
+    struct Row {
+        CElementInfo* info;
+        const char* children;
+        const char* result; // the property, or the failure
+    };
+    const Row rows[] = {
+        {&nillable, "<p xsi:nil='true'>junk</p>", "nil"},
+        {&nillable, "<p xsi:nil='TRUE'/>", "nil"},
+        {&nillable, "<p xsi:nil='1'/>", "nil"},
+        {&nillable, "<p xsi:nil='False'>4</p>", "4"},
+        {&nillable, "<p xsi:nil='0'>4</p>", "4"},
+        {&nillable, "<p nil='true'>4</p>", "4"},
+        {&nillable, "<p xsi:nil='yes'>4</p>", "Unexpected Value [yes] for 'nil' Attribute found."},
+        {&plain, "<p xsi:nil='false'>4</p>", "4"},
+        {&plain, "<p xsi:nil='true'/>", "Invalid use of 'nil' attibute in non-nillable element [p]"},
+        {&plain, "<p xsi:nil='yes'/>", "Invalid use of 'nil' attibute in non-nillable element [p]"},
+        {&color, "<p xsi:nil='true'>junk</p>", "nil"},
+        {&color, "<p>blue</p>", "2"},
+    };
+    for (const Row& row : rows) {
+        host->Property(0).SetInvalid();
+        const std::string failure = FailureOf([&] { Offer(*row.info, *host, row.children, kElement); });
+        EXPECT_EQ(row.result, failure == "no exception" ? Describe(host->Property(0)) : failure) << row.children;
+    }
+}
+
+TEST(SequenceMetadata, MandatoryChildWithItsOwnTagIsReadIntoTheExistingObject) {
+    CSmartPtr<CHost> host = new CHost();
+    CLeaf* const leaf = new CLeaf();
+    host->Property(0).SetXmlObject(leaf);
+    leaf->Property(LeafSpec::P_v).SetString("old");
+    CElementInfoSeqClsMnd info("Leaf", kNs, 0, kElement, nullptr, 0, false);
+    EXPECT_EQ((COffer{true, "x"}), Offer(info, *host, "<Leaf><v>new</v></Leaf><x/>", kElement));
+    EXPECT_EQ("new", Describe(leaf->Property(LeafSpec::P_v)));
+    EXPECT_EQ((COffer{true, "null"}), Offer(info, *host, "<x/><Leaf><v>x</v></Leaf>", kElement, IgnoringUnknown()));
+    leaf->Property(LeafSpec::P_v).SetString("old");
+    EXPECT_EQ((COffer{true, "x"}), Offer(info, *host, "<x/>", kElement, IgnoringMissing()));
+    EXPECT_EQ("old", Describe(leaf->Property(LeafSpec::P_v)));
+    EXPECT_EQ((COffer{false, "x"}), Offer(info, *host, "<x/><Leaf/>", kPseudo, IgnoringUnknown()));
+    EXPECT_EQ("Failed to find a required element [Leaf]", FailureOf([&] { Offer(info, *host, "<x/>", kElement); }));
+    EXPECT_EQ(leaf, host->Property(0).GetXmlObject().Get());
+}
+
+TEST(SequenceMetadata, MandatoryPseudoChildAnswersByWhetherItTookSomething) {
+    CSmartPtr<CHost> host = new CHost();
+    CPair* const pair = new CPair();
+    host->Property(0).SetXmlObject(pair);
+    CElementInfoSeqClsMnd required("Pair", kNs, 0, kPseudo, nullptr, 0, true);
+    CElementInfoSeqClsMnd loose("Pair", kNs, 0, kPseudo, nullptr, 0, false);
+    struct Row {
+        CElementInfo* info;
+        const char* children;
+        XmlElementType type;
+        CXmlSerializationContext context;
+        COffer offer;
+    };
+    const Row rows[] = {
+        {&required, "<x>1</x><z/>", kElement, CXmlSerializationContext(), {true, "z"}},
+        {&required, "", kPseudo, CXmlSerializationContext(), {false, "null"}},
+        {&required, "<z/>", kPseudo, CXmlSerializationContext(), {false, "z"}},
+        {&required, "<x>1</x>", kPseudo, CXmlSerializationContext(), {true, "null"}},
+        {&loose, "<z/>", kElement, CXmlSerializationContext(), {true, "z"}},
+        {&loose, "", kElement, IgnoringUnknown(), {true, "null"}},
+        // Only here may the walk pass over the element the group did not take.
+        {&loose, "<z/>", kElement, IgnoringUnknown(), {false, "z"}},
+        {&loose, "<z/>", kPseudo, IgnoringUnknown(), {true, "z"}},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(row.offer, Offer(*row.info, *host, row.children, row.type, row.context)) << row.children;
+    EXPECT_EQ("Failed to find a required element [Pair]", FailureOf([&] { Offer(required, *host, "", kElement); }));
+    EXPECT_EQ("Failed to find a required element [Pair]", FailureOf([&] { Offer(required, *host, "<z/>", kElement); }));
+}
+
+TEST(SequenceMetadata, OptionalChildIsCreatedOnlyWhenItsElementOrGroupIsThere) {
+    CSmartPtr<CHost> host = new CHost();
+    CElementInfoSeqClsOpt own("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_Leaf);
+    CElementInfoSeqClsOpt group("Pair", kNs, 1, kPseudo, CreateFamilyObject, FamilyClass_Pair);
+    EXPECT_EQ((COffer{true, "x"}), Offer(own, *host, "<x/><Opt/>", kElement, IgnoringUnknown()));
+    EXPECT_EQ((COffer{true, "null"}), Offer(group, *host, "", kElement));
+    EXPECT_EQ((COffer{true, "z"}), Offer(group, *host, "<z/>", kElement));
+    EXPECT_EQ("none", Describe(host->Property(0)));
+    EXPECT_EQ("none", Describe(host->Property(1)));
+
+    EXPECT_EQ((COffer{true, "x"}), Offer(own, *host, "<Opt><v>b</v></Opt><x/>", kElement));
+    EXPECT_EQ((COffer{true, "z"}), Offer(group, *host, "<x>1</x><y>2</y><z/>", kPseudo));
+    EXPECT_EQ("<Opt>", Describe(host->Property(0)));
+    EXPECT_EQ("b", Describe(ObjectIn<CLeaf>(host->Property(0))->Property(LeafSpec::P_v)));
+    EXPECT_EQ("2", Describe(ObjectIn<CPair>(host->Property(1))->Property(PairSpec::P_y)));
+
+    CElementInfoSeqClsOpt uncreatable("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_None);
+    EXPECT_EQ("The class 99 of the element [Opt] could not be created",
+              FailureOf([&] { Offer(uncreatable, *host, "<Opt/>", kElement); }));
+}
+
+TEST(SequenceMetadata, AbstractChildIsMadeFromTheElementAndIgnoresTheSettings) {
+    CSmartPtr<CHost> host = new CHost();
+    CElementInfoSeqAbsClsMnd mandatory("Shape", kNs, 0, kElement, CreateShape);
+    CElementInfoSeqAbsClsOpt optional("Shape", kNs, 1, kElement, CreateShape);
+    const char* const circle = "<Shape xsi:type='Circle'><r>3</r></Shape><x/>";
+    for (CElementInfo* info : {static_cast<CElementInfo*>(&mandatory), static_cast<CElementInfo*>(&optional)}) {
+        EXPECT_EQ((COffer{true, "x"}), Offer(*info, *host, circle, kElement));
+        EXPECT_EQ((COffer{true, "x"}), Offer(*info, *host, circle, kPseudo));
+    }
+    EXPECT_EQ("<Shape>", Describe(host->Property(0)));
+    EXPECT_EQ("3", Describe(ObjectIn<CCircle>(host->Property(1))->Property(CircleSpec::P_r)));
+
+    host->Property(1).SetInvalid();
+    EXPECT_EQ((COffer{true, "Shape"}), Offer(optional, *host, "<Shape xsi:type='Square'/>", kElement));
+    EXPECT_EQ((COffer{true, "x"}), Offer(optional, *host, "<x/>", kElement));
+    EXPECT_EQ("none", Describe(host->Property(1)));
+    EXPECT_EQ((COffer{false, "Shape"}), Offer(mandatory, *host, "<Shape/>", kPseudo));
+    EXPECT_EQ((COffer{false, "x"}), Offer(mandatory, *host, "<x/><Shape/>", kPseudo, IgnoringUnknown()));
+    for (const CXmlSerializationContext& context : {IgnoringUnknown(), IgnoringMissing()}) {
+        for (const char* children : {"<Shape/>", "<x/><Shape xsi:type='Circle'><r>3</r></Shape>", ""}) {
+            EXPECT_EQ("Failed to find a suitable substitution element for [Shape]",
+                      FailureOf([&] { Offer(mandatory, *host, children, kElement, context); }));
+        }
+    }
+}
+
+TEST(SequenceMetadata, CollectionReadsItsElementsAndChecksTheCount) {
+    struct Row {
+        const char* children;
+        XmlElementType type;
+        CXmlSerializationContext context;
+        const char* result; // the offer and the count, or the failure
+    };
+    const Row rows[] = {
+        {"<pc>a</pc><pc>b</pc><x/>", kElement, CXmlSerializationContext(), "true at x, #2"},
+        {"<pc>a</pc><pc>b</pc><pc>c</pc>", kElement, CXmlSerializationContext(),
+         "The Maximum number of [pc] elements allowed in this collection is 2"},
+        {"<x/>", kElement, CXmlSerializationContext(),
+         "The Minimum number of [pc] elements allowed in this collection is 1"},
+        {"<x/>", kElement, IgnoringCounts(), "true at x, #0"},
+        {"<pc>a</pc><pc>b</pc><pc>c</pc>", kPseudo, CXmlSerializationContext(), "false at null, #3"},
+        {"<x/>", kPseudo, CXmlSerializationContext(), "false at x, #0"},
+        {"<pc>a</pc>", kPseudo, CXmlSerializationContext(), "true at null, #1"},
+    };
+    for (const Row& row : rows) {
+        CSmartPtr<CHost> host = new CHost();
+        host->Property(0).SetXmlCollection(new CPlainStringCol("pc", 1, 2));
+        CElementInfoSeqPrimCol info("pc", kNs, 0);
+        std::string result;
+        const std::string failure = FailureOf([&] {
+            std::ostringstream offer;
+            offer << Offer(info, *host, row.children, row.type, row.context) << ", " << Describe(host->Property(0));
+            result = offer.str();
+        });
+        EXPECT_EQ(row.result, failure == "no exception" ? result : failure) << row.children;
+    }
+}
+
+TEST(SequenceMetadata, UntypedMembersTakeAnyNameOrTheirOwn) {
+    CSmartPtr<CHost> host = new CHost();
+    CElement* const existing = new CElement("any", "", "##any", "");
+    host->Property(0).SetXmlObject(existing);
+    CElementInfoSeqUntpdMnd any("AnyElement", kNs, 0, "##any", "");
+    CElementInfoSeqUntpdMnd named("w", kNs, 0, "##any", "");
+    EXPECT_EQ((COffer{true, "x"}), Offer(any, *host, "<foo a='1'>t</foo><x/>", kElement));
+    EXPECT_EQ("foo", existing->GetName());
+    EXPECT_EQ("t", existing->GetText());
+    EXPECT_EQ((COffer{true, "null"}), Offer(named, *host, "<w xmlns='urn:o'/>", kElement));
+    EXPECT_EQ("urn:o", existing->GetNamespace());
+    EXPECT_EQ((COffer{false, "W"}), Offer(named, *host, "<W/>", kPseudo));
+    EXPECT_EQ("Failed to find the required element from namespace [urn:t]",
+              FailureOf([&] { Offer(named, *host, "<W/>", kElement); }));
+    EXPECT_EQ("Failed to find a required element [AnyElement]", FailureOf([&] { Offer(any, *host, "", kPseudo); }));
+    // The element's restriction refuses it: nothing is taken.
+    host->Property(0).SetXmlObject(new CElement("any", "", "##local", ""));
+    EXPECT_EQ((COffer{false, "foo"}), Offer(any, *host, "<foo/>", kPseudo));
+
+    // The optional member builds its element under the restriction "##other" of kNs.
+    CElementInfoSeqUntpdOpt other("AnyElement", kNs, 1, "##other", kNs);
+    CElementInfoSeqUntpdOpt otherW("w", kNs, 1, "##other", kNs);
+    EXPECT_EQ((COffer{true, "null"}), Offer(other, *host, "", kElement));
+    EXPECT_EQ((COffer{true, "foo"}), Offer(other, *host, "<foo/>", kElement));
+    EXPECT_EQ((COffer{true, "foo"}), Offer(otherW, *host, "<foo xmlns='urn:o'/>", kElement));
+    EXPECT_EQ("none", Describe(host->Property(1)));
+    EXPECT_EQ((COffer{true, "null"}), Offer(otherW, *host, "<w xmlns='urn:o'>t</w>", kPseudo));
+    EXPECT_EQ("urn:o", ObjectIn<CElement>(host->Property(1))->GetNamespace());
+    EXPECT_EQ("##other", ObjectIn<CElement>(host->Property(1))->GetNamespaceRestriction());
+}
+
+TEST(SequenceMetadata, UntypedCollectionIgnoresItsBoundsAndMayBeLockedToAName) {
+    struct Row {
+        const char* name;
+        const char* children;
+        XmlElementType type;
+        const char* result;
+    };
+    const Row rows[] = {
+        {"AnyElement", "<a/><b xmlns='urn:o'/>", kElement, "true at null, #2"},
+        {"a", "<a/><a/><b/>", kElement, "true at b, #2"},
+        // Locked to the namespace of the first element.
+        {"a", "<a xmlns='urn:o'/><a/>", kElement, "true at a, #1"},
+        {"a", "", kElement, "true at null, #0"},
+        {"a", "<b/>", kPseudo, "true at b, #0"},
+    };
+    for (const Row& row : rows) {
+        CSmartPtr<CHost> host = new CHost();
+        // Bounds of 2 to 3 are given and not kept.
+        host->Property(0).SetXmlCollection(new CElementCol("", "##any", "", 2, 3));
+        CElementInfoSeqUntpdCol info(row.name, kNs, 0);
+        std::ostringstream result;
+        result << Offer(info, *host, row.children, row.type) << ", " << Describe(host->Property(0));
+        EXPECT_EQ(row.result, result.str()) << row.name << row.children;
+    }
+}
+
+TEST(SequenceMetadata, ValidateIsNeverToBeCalled) {
+    const CElementInfoSeqPrimCol info("pc", kNs, 0);
+    EXPECT_EQ("Not implemented, should never be called",
+              FailureOf([&] { info.Validate(CXmlSerializationContext::m_defaultContext, nullptr, true, true); }));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Whole classes
+
+TEST(SequenceMetadata, ValuesReadAndWriteBack) {
+    CSmartPtr<CValues> values = new CValues();
+    EXPECT_EQ("no exception",
+              Read(*values, "<V xmlns='urn:t'><p>7</p><o>x</o><e>green</e><f>blue</f><pc>a</pc><pc>b</pc>"
+                            "<ec>red</ec></V>"));
+    EXPECT_EQ("<V xmlns=\"urn:t\"><p>7</p><o>x</o><e>green</e><f>blue</f><pc>a</pc><pc>b</pc><ec>red</ec></V>",
+              WriteXml(*values, InT()));
+
+    EXPECT_EQ("no exception", Read(*values, "<V xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'>"
+                                            "<p xsi:nil='true'/><e xsi:nil='1'/></V>"));
+    EXPECT_EQ("<V xmlns=\"urn:t\"><p xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:nil=\"true\"/>"
+              "<e xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:nil=\"true\"/></V>",
+              WriteXml(*values, InT()));
+}
+
+TEST(SequenceMetadata, ValueFailuresComeWrappedByTheClass) {
+    CSmartPtr<CValues> values = new CValues();
+    EXPECT_EQ("Failed to process the element [V]\nFailed to find a required element [p]",
+              Read(*values, "<V xmlns='urn:t'><e>red</e></V>"));
+    EXPECT_EQ("Failed to process the element [V]\nFailed to find a required element [e]",
+              Read(*values, "<V xmlns='urn:t'><p>1</p><x/><e>red</e></V>"));
+    EXPECT_EQ("no exception", Read(*values, "<V xmlns='urn:t'><p>1</p><x/><e>red</e></V>", IgnoringUnknown()));
+    EXPECT_EQ("Failed to process the element [V]\nInvalid use of 'nil' attibute in non-nillable element [o]",
+              Read(*values, "<V xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><p>1</p>"
+                            "<o xsi:nil='true'/><e>red</e></V>"));
+    EXPECT_EQ("Failed to process the element [V]\nThe Maximum number of [pc] elements allowed in this collection "
+              "is 2",
+              Read(*values, "<V xmlns='urn:t'><p>1</p><e>red</e><pc/><pc/><pc/></V>"));
+}
+
+TEST(SequenceMetadata, MissingMandatoryValuesAndChildrenAreIgnoredOnRequest) {
+    CSmartPtr<CObjects> objects = new CObjects();
+    CLeaf* const leaf = ObjectIn<CLeaf>(objects->Property(ObjectsSpec::P_leaf));
+    const char* const text = "<O xmlns='urn:t'><Many><v>1</v></Many><Shape xsi:type='Circle' "
+                             "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><r>1</r></Shape></O>";
+    EXPECT_EQ("Failed to process the element [O]\nFailed to find a required element [Leaf]", Read(*objects, text));
+    leaf->Property(LeafSpec::P_v).SetString("kept");
+    EXPECT_EQ("no exception", Read(*objects, text, IgnoringMissing()));
+    EXPECT_EQ("kept", Describe(leaf->Property(LeafSpec::P_v)));
+
+    CSmartPtr<CValues> values = new CValues();
+    EXPECT_EQ("no exception", Read(*values, "<V xmlns='urn:t'/>", IgnoringMissing()));
+    EXPECT_EQ("none", Describe(values->Property(ValuesSpec::P_p)));
+    EXPECT_EQ("none", Describe(values->Property(ValuesSpec::P_e)));
+}
+
+TEST(SequenceMetadata, ObjectsReadAndWriteBack) {
+    // The writer declares the schema instance namespace where it is used.
+    const char* const xsi = "xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type";
+    const std::string text = std::string("<O xmlns=\"urn:t\"><Leaf><v>l</v></Leaf><Opt><v>o</v></Opt>") +
+                             "<Many><v>m1</v></Many><Many><v>m2</v></Many><Shape " + xsi +
+                             "=\"Circle\"><r>1</r></Shape><Spare " + xsi + "=\"Circle\"><r>2</r></Spare><Shapes " +
+                             xsi + "=\"Circle\"><r>3</r></Shapes></O>";
+    CSmartPtr<CObjects> objects = new CObjects();
+    EXPECT_EQ("no exception", Read(*objects, text.c_str()));
+    EXPECT_EQ(text, WriteXml(*objects, InT()));
+
+    // Optional children stay out; an empty collection with a minimum fails on reading
+    // and on writing unless counts are ignored.
+    const char* const bare = "<O xmlns='urn:t'><Leaf><v>l</v></Leaf><Shape xsi:type='Circle' "
+                             "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><r>1</r></Shape></O>";
+    EXPECT_EQ("Failed to process the element [O]\nThe Minimum number of [Many] elements allowed in this collection "
+              "is 1",
+              Read(*objects, bare));
+    EXPECT_EQ("no exception", Read(*objects, bare, IgnoringCounts()));
+    EXPECT_EQ("Failed to convert the element [O] to XML\nThe Minimum number of [Many] elements allowed in this "
+              "collection is 1",
+              WrappedFailureOf([&] { WriteXml(*objects, InT()); }));
+    CXmlSerializationContext ignoring = InT();
+    ignoring.SetIgnoreInvalidCollectionCounts(true);
+    EXPECT_EQ(std::string("<O xmlns=\"urn:t\"><Leaf><v>l</v></Leaf><Shape ") + xsi + "=\"Circle\"><r>1</r></Shape></O>",
+              WriteXml(*objects, ignoring));
+}
+
+TEST(SequenceMetadata, CollectionCountIsCheckedOnWritingUnlessIgnored) {
+    CSmartPtr<CValues> values = new CValues();
+    values->Property(ValuesSpec::P_p).SetI4(1);
+    values->Property(ValuesSpec::P_e).SetI4(0);
+    CPlainStringCol* const pc = CollectionIn<CPlainStringCol>(values->Property(ValuesSpec::P_pc));
+    pc->m_values = {"a", "b", "c"};
+    EXPECT_EQ("Failed to convert the element [V] to XML\nThe Maximum number of [pc] elements allowed in this "
+              "collection is 2",
+              WrappedFailureOf([&] { WriteXml(*values, InT()); }));
+    CXmlSerializationContext ignoring = InT();
+    ignoring.SetIgnoreInvalidCollectionCounts(true);
+    EXPECT_EQ("<V xmlns=\"urn:t\"><p>1</p><e>red</e><pc>a</pc><pc>b</pc><pc>c</pc></V>", WriteXml(*values, ignoring));
+}
+
+TEST(SequenceMetadata, GroupsReadFromTheEnclosingElementAndWriteTheirAttributesThere) {
+    CSmartPtr<CGroups> groups = new CGroups();
+    EXPECT_EQ("no exception", Read(*groups, "<G xmlns='urn:t' pa='A'><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y>"
+                                            "<z>6</z></G>"));
+    CPair* const pair = ObjectIn<CPair>(groups->Property(GroupsSpec::P_pair));
+    EXPECT_EQ("A", Describe(pair->Property(PairSpec::P_pa)));
+    CObjectCol* const pairs = CollectionIn<CObjectCol>(groups->Property(GroupsSpec::P_pairs));
+    ASSERT_EQ(2, pairs->GetCount());
+    // Every group read the attribute of the element; each writes what it holds.
+    EXPECT_EQ("A", Describe(static_cast<CPair*>(pairs->Item(1))->Property(PairSpec::P_pa)));
+    static_cast<CPair*>(pairs->Item(0))->Property(PairSpec::P_pa).SetInvalid();
+    static_cast<CPair*>(pairs->Item(1))->Property(PairSpec::P_pa).SetInvalid();
+    EXPECT_EQ("<G xmlns=\"urn:t\" pa=\"A\"><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y><z>6</z></G>",
+              WriteXml(*groups, InT()));
+    pair->Property(PairSpec::P_pa).SetInvalid();
+    static_cast<CPair*>(pairs->Item(1))->Property(PairSpec::P_pa).SetString("B");
+    EXPECT_EQ("<G xmlns=\"urn:t\" pa=\"B\"><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y><z>6</z></G>",
+              WriteXml(*groups, InT()));
+
+    EXPECT_EQ("Failed to process the element [G]\nFailed to find a required element [Pair]",
+              Read(*groups, "<G xmlns='urn:t'><z>6</z></G>"));
+    EXPECT_EQ("Failed to process the element [G]\nFailed to find a required element [Pair]",
+              Read(*groups, "<G xmlns='urn:t'/>"));
+}
+
+TEST(SequenceMetadata, OpenContentReadsAndWritesBack) {
+    const std::string text =
+        "<U xmlns=\"urn:t\"><first a=\"1\">t</first><AA:w xmlns:AA=\"urn:o\">u</AA:w><r1/><r2>v</r2></U>";
+    CSmartPtr<COpen> open = new COpen();
+    EXPECT_EQ("no exception", Read(*open, text.c_str()));
+    EXPECT_EQ("#2", Describe(open->Property(OpenSpec::P_rest)));
+    EXPECT_EQ(text, WriteXml(*open, InT()));
+
+    // w of kNs is refused by "##other": the collection takes it.
+    EXPECT_EQ("no exception", Read(*open, "<U xmlns='urn:t'><first/><w/></U>"));
+    EXPECT_EQ("none", Describe(open->Property(OpenSpec::P_w)));
+    EXPECT_EQ("Failed to process the element [U]\nFailed to find a required element [AnyElement]",
+              Read(*open, "<U xmlns='urn:t'/>"));
+}
+
+} // namespace
