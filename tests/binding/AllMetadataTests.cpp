@@ -1,0 +1,316 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <sstream>
+#include <string>
+
+#include "binding/XmlGeneratedClass.h"
+#include "binding/XmlSerializationContext.h"
+#include "binding/metadata/AllElementInfo.h"
+#include "collections/Element.h"
+#include "foundation/QvException.h"
+#include "support/FamilyClasses.h"
+#include "support/TestWriting.h"
+#include "values/QvVariant.h"
+
+using namespace QvXmlLib10;
+using namespace QvXmlLib10Data;
+using namespace QvXmlTest;
+
+namespace {
+
+const XmlElementType kElement = XmlElementType_Element;
+const XmlElementType kPseudo = XmlElementType_Pseudo;
+const CPrimitiveRestrictions kNoFacets;
+const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
+
+// The collection members of an all group leave Validate to generated code; this one
+// lets the walk go on.
+template <class Member> class CConcrete : public Member {
+public:
+    using Member::Member;
+    bool Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const override {
+        return true;
+    }
+};
+
+// A: a (i4), b (string, optional), e (colour), f (colour, optional), Leaf (required),
+// Opt (an optional Leaf), u (untyped), w (untyped from another namespace, optional),
+// the group Pair (optional, its attribute pa on A's element), and up to 2 c strings.
+struct AllSpec : CSpecDefaults {
+    enum { P_a, P_b, P_e, P_f, P_leaf, P_opt, P_u, P_w, P_pair, P_c, kProperties };
+    static constexpr const char* kName = "A";
+    static void Construct(QvVariant* properties) {
+        properties[P_leaf].SetXmlObject(new CLeaf());
+        properties[P_u].SetXmlObject(new CElement("u", "", "##any", ""));
+        properties[P_c].SetXmlCollection(new CPlainStringCol("c", 0, 2));
+    }
+    static void Reset(QvVariant* properties) {
+        for (int index : {P_opt, P_w, P_pair})
+            properties[index].SetInvalid();
+    }
+    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+        parent = MakeParent(XmlElementGroupType_All, kName, kElement, false);
+        elements = MakeTable<CElementInfo>({
+            new CElementInfoAllPrimMnd("a", kNs, P_a, false, ItemType_i4, nullptr, kCollapse, kNoFacets),
+            new CElementInfoAllPrimOpt("b", kNs, P_b, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+            new CElementInfoAllEnumMnd("e", kNs, P_e, false, ColorToText, TextToColor),
+            new CElementInfoAllEnumOpt("f", kNs, P_f, true, ColorToText, TextToColor),
+            new CElementInfoAllClsMnd("Leaf", kNs, P_leaf, kElement, CreateFamilyObject, FamilyClass_Leaf, true),
+            new CElementInfoAllClsOpt("Opt", kNs, P_opt, kElement, CreateFamilyObject, FamilyClass_Leaf),
+            new CElementInfoAllUntpdMnd("u", kNs, P_u, "##any", kNs),
+            new CElementInfoAllUntpdOpt("w", kNs, P_w, "##other", kNs),
+            new CElementInfoAllClsOpt("Pair", kNs, P_pair, kPseudo, CreateFamilyObject, FamilyClass_Pair),
+            new CConcrete<CElementInfoAllPrimCol>("c", kNs, P_c),
+        });
+        attributes = MakeTable<CAttributeInfo>({});
+    }
+};
+using CAll = CSpecClass<AllSpec>;
+
+// B: the abstract Shape (mandatory) and Spare (optional).
+struct AbstractSpec : CSpecDefaults {
+    enum { P_shape, P_spare, kProperties };
+    static constexpr const char* kName = "B";
+    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+        parent = MakeParent(XmlElementGroupType_All, kName);
+        elements = MakeTable<CElementInfo>({
+            new CElementInfoAllAbsClsMnd("Shape", kNs, P_shape, kElement, CreateShape, 7),
+            new CElementInfoAllAbsClsOpt("Spare", kNs, P_spare, kElement, CreateShape),
+        });
+        attributes = MakeTable<CAttributeInfo>({});
+    }
+};
+using CAbstract = CSpecClass<AbstractSpec>;
+
+std::string Read(CXmlObjectBase& object, const char* body,
+                 const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
+    return WrappedFailureOf([&] { object.FromXml(body, context); });
+}
+
+// ---------------------------------------------------------------------------------------------
+// Single members at the cursor
+
+TEST(AllMetadata, ValuesAnswerWhetherTheyReadTheElementAtTheCursor) {
+    CSmartPtr<CHost> host = new CHost();
+    CElementInfoAllPrimMnd mandatory("a", kNs, 0, true, ItemType_i4, nullptr, kCollapse, kNoFacets);
+    CElementInfoAllPrimOpt optional("a", kNs, 0, true, ItemType_i4, nullptr, kCollapse, kNoFacets);
+    CElementInfoAllEnumMnd color("a", kNs, 0, true, ColorToText, TextToColor);
+    CElementInfoAllEnumOpt optionalColor("a", kNs, 0, true, ColorToText, TextToColor);
+    for (CElementInfo* info : std::initializer_list<CElementInfo*>{&mandatory, &optional, &color, &optionalColor}) {
+        for (XmlElementType type : {kElement, kPseudo}) {
+            host = new CHost();
+            // Nothing is passed over, whatever the context says.
+            EXPECT_EQ((COffer{false, "x"}), Offer(*info, *host, "<x/><a>1</a>", type, IgnoringUnknown()));
+            EXPECT_EQ((COffer{false, "null"}), Offer(*info, *host, "", type));
+            EXPECT_EQ("none", Describe(host->Property(0)));
+            EXPECT_EQ((COffer{true, "x"}), Offer(*info, *host, "<a xsi:nil='true'/><x/>", type));
+            EXPECT_EQ("nil", Describe(host->Property(0)));
+        }
+    }
+    EXPECT_EQ((COffer{true, "null"}), Offer(optional, *host, "<a> 12 </a>", kElement));
+    EXPECT_EQ("12", Describe(host->Property(0)));
+    EXPECT_EQ((COffer{true, "null"}), Offer(optionalColor, *host, "<a>blue</a>", kElement));
+    EXPECT_EQ("2", Describe(host->Property(0)));
+}
+
+TEST(AllMetadata, ValidateReportsMissingMandatoryMembersOnlyInAClassWithATag) {
+    const CElementInfoAllPrimMnd prim("a", kNs, 0, false, ItemType_i4, nullptr, kCollapse, kNoFacets);
+    const CElementInfoAllEnumMnd color("e", kNs, 0, false, ColorToText, TextToColor);
+    const CElementInfoAllAbsClsMnd shape("Shape", kNs, 0, kElement, CreateShape, 0);
+    const CElementInfoAllUntpdMnd untyped("u", kNs, 0, "##any", "");
+    const CElementInfoAllClsMnd pseudo("Pair", kNs, 0, kPseudo, nullptr, 0, false);
+    const CElementInfoAllClsMnd required("Leaf", kNs, 0, kElement, nullptr, 0, true);
+    const CElementInfoAllClsMnd own("Leaf", kNs, 0, kElement, nullptr, 0, false);
+    const CElementInfoAllClsMnd group("Pair", kNs, 0, XmlElementType_PseudoGroup, nullptr, 0, false);
+    const CElementInfoAllPrimOpt optional("b", kNs, 0, false, ItemType_i4, nullptr, kCollapse, kNoFacets);
+    const CElementInfoAllEnumOpt optionalColor("f", kNs, 0, false, ColorToText, TextToColor);
+    const CElementInfoAllClsOpt optionalChild("Opt", kNs, 0, kElement, nullptr, 0);
+    const CElementInfoAllAbsClsOpt optionalShape("Spare", kNs, 0, kElement, CreateShape);
+    const CElementInfoAllUntpdOpt optionalUntyped("w", kNs, 0, "##any", "");
+    struct Row {
+        const CElementInfo* info;
+        const char* missing; // Validate(found false, check true): the failure, or the answer
+    };
+    const Row rows[] = {
+        {&prim, "Failed to find the mandatory element [a]"},
+        {&color, "Failed to find the mandatory element [e]"},
+        {&shape, "Failed to find the mandatory element [Shape]"},
+        {&untyped, "Failed to find the mandatory element [u]"},
+        {&pseudo, "Failed to find the mandatory element [Pair]"},
+        {&required, "Failed to find the mandatory element [Leaf]"},
+        // A child with a tag of its own is missed only when the generator says so.
+        {&own, "true"},
+        {&group, "true"},
+        {&optional, "true"},
+        {&optionalColor, "true"},
+        {&optionalChild, "true"},
+        {&optionalShape, "true"},
+        {&optionalUntyped, "true"},
+    };
+    const bool optionalRows[] = {false, false, false, false, false, false, false, false, true, true, true, true, true};
+    for (size_t i = 0; i < sizeof(rows) / sizeof(rows[0]); ++i) {
+        const Row& row = rows[i];
+        const CXmlSerializationContext context = IgnoringMissing(); // plays no role here
+        std::string answer;
+        const std::string failure =
+            FailureOf([&] { answer = row.info->Validate(context, nullptr, false, true) ? "true" : "false"; });
+        EXPECT_EQ(row.missing, failure == "no exception" ? answer : failure) << row.info->m_elementName;
+        EXPECT_TRUE(row.info->Validate(context, nullptr, true, true));
+        EXPECT_TRUE(row.info->Validate(context, nullptr, true, false));
+        // In a pseudo element a missing member makes the group not match; only the
+        // optional ones always answer true.
+        EXPECT_EQ(optionalRows[i], row.info->Validate(context, nullptr, false, false)) << row.info->m_elementName;
+    }
+}
+
+TEST(AllMetadata, ChildrenAnswerWhetherTheyTookSomething) {
+    CSmartPtr<CHost> host = new CHost();
+    CLeaf* const leaf = new CLeaf();
+    host->Property(0).SetXmlObject(leaf);
+    CElementInfoAllClsMnd own("Leaf", kNs, 0, kElement, nullptr, 0, true);
+    EXPECT_EQ((COffer{false, "x"}), Offer(own, *host, "<x/><Leaf/>", kElement, IgnoringUnknown()));
+    EXPECT_EQ((COffer{true, "x"}), Offer(own, *host, "<Leaf><v>l</v></Leaf><x/>", kPseudo));
+    EXPECT_EQ("l", Describe(leaf->Property(LeafSpec::P_v)));
+
+    CPair* const pair = new CPair();
+    host->Property(1).SetXmlObject(pair);
+    CElementInfoAllClsMnd group("Pair", kNs, 1, kPseudo, nullptr, 0, false);
+    EXPECT_EQ((COffer{false, "z"}), Offer(group, *host, "<z/>", kElement));
+    EXPECT_EQ((COffer{true, "z"}), Offer(group, *host, "<x>1</x><z/>", kElement));
+    EXPECT_EQ("1", Describe(pair->Property(PairSpec::P_x)));
+
+    CSmartPtr<CHost> fresh = new CHost();
+    CElementInfoAllClsOpt optional("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_Leaf);
+    CElementInfoAllClsOpt optionalGroup("Pair", kNs, 1, kPseudo, CreateFamilyObject, FamilyClass_Pair);
+    EXPECT_EQ((COffer{false, "x"}), Offer(optional, *fresh, "<x/>", kElement));
+    EXPECT_EQ((COffer{false, "null"}), Offer(optionalGroup, *fresh, "", kElement));
+    EXPECT_EQ((COffer{false, "z"}), Offer(optionalGroup, *fresh, "<z/>", kElement));
+    EXPECT_EQ("none", Describe(fresh->Property(0)));
+    EXPECT_EQ("none", Describe(fresh->Property(1)));
+    EXPECT_EQ((COffer{true, "null"}), Offer(optional, *fresh, "<Opt><v>o</v></Opt>", kElement));
+    EXPECT_EQ((COffer{true, "null"}), Offer(optionalGroup, *fresh, "<x>2</x>", kElement));
+    EXPECT_EQ("o", Describe(ObjectIn<CLeaf>(fresh->Property(0))->Property(LeafSpec::P_v)));
+    EXPECT_EQ("2", Describe(ObjectIn<CPair>(fresh->Property(1))->Property(PairSpec::P_x)));
+}
+
+TEST(AllMetadata, AbstractMembersCannotBeRead) {
+    CSmartPtr<CHost> host = new CHost();
+    CElementInfoAllAbsClsMnd mandatory("Shape", kNs, 0, kElement, CreateShape, 0);
+    CElementInfoAllAbsClsOpt optional("Shape", kNs, 0, kElement, CreateShape);
+    for (const char* children : {"<Shape xsi:type='Circle'><r>1</r></Shape>", "<x/>", ""}) {
+        EXPECT_EQ("CElementInfoAllAbsClsMnd::ElementFromXml, has not been implemented fully, contact the "
+                  "maintainers of libQvXml10",
+                  FailureOf([&] { Offer(mandatory, *host, children, kElement); }));
+        EXPECT_EQ("CElementInfoAllAbsClsOpt::ElementFromXml, has not been implemented fully, contact the "
+                  "maintainers of libQvXml10",
+                  FailureOf([&] { Offer(optional, *host, children, kPseudo); }));
+    }
+    // The walk offers nothing when there are no children; then the mandatory one is missing.
+    CSmartPtr<CAbstract> object = new CAbstract();
+    EXPECT_EQ("Failed to process the element [B]\nFailed to find the mandatory element [Shape]",
+              Read(*object, "<B xmlns='urn:t'/>"));
+    EXPECT_EQ("Failed to process the element [B]\nCElementInfoAllAbsClsMnd::ElementFromXml, has not been implemented "
+              "fully, contact the maintainers of libQvXml10",
+              Read(*object, "<B xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'>"
+                            "<Shape xsi:type='Circle'><r>1</r></Shape></B>"));
+}
+
+TEST(AllMetadata, UntypedMembersAnswerWhetherTheyTookTheElement) {
+    CSmartPtr<CHost> host = new CHost();
+    CElement* const existing = new CElement("u", "", "##any", "");
+    host->Property(0).SetXmlObject(existing);
+    CElementInfoAllUntpdMnd any("AnyElement", kNs, 0, "##any", "");
+    CElementInfoAllUntpdMnd named("u", kNs, 0, "##any", "");
+    EXPECT_EQ((COffer{false, "null"}), Offer(any, *host, "", kElement));
+    EXPECT_EQ((COffer{false, "foo"}), Offer(named, *host, "<foo/>", kElement));
+    EXPECT_EQ((COffer{true, "x"}), Offer(any, *host, "<foo>t</foo><x/>", kElement));
+    EXPECT_EQ("foo", existing->GetName());
+
+    CElementInfoAllUntpdOpt other("AnyElement", kNs, 1, "##other", kNs);
+    EXPECT_EQ((COffer{false, "null"}), Offer(other, *host, "", kElement));
+    EXPECT_EQ((COffer{false, "foo"}), Offer(other, *host, "<foo/>", kElement));
+    EXPECT_EQ("none", Describe(host->Property(1)));
+    EXPECT_EQ((COffer{true, "null"}), Offer(other, *host, "<foo xmlns='urn:o'/>", kElement));
+    EXPECT_EQ("<foo>", Describe(host->Property(1)));
+}
+
+TEST(AllMetadata, CollectionStaysOpenAndIsCountedOnlyOnWriting) {
+    CSmartPtr<CHost> host = new CHost();
+    host->Property(0).SetXmlCollection(new CPlainStringCol("c", 3, 3));
+    CConcrete<CElementInfoAllPrimCol> info("c", kNs, 0);
+    EXPECT_EQ((COffer{false, "x"}), Offer(info, *host, "<c>1</c><c>2</c><x/>", kElement));
+    EXPECT_EQ((COffer{false, "x"}), Offer(info, *host, "<x/>", kElement));
+    EXPECT_EQ("#2", Describe(host->Property(0)));
+
+    CRecordingWriter writer;
+    EXPECT_EQ("The Minimum number of [c] elements allowed in this collection is 3",
+              FailureOf([&] { info.ElementToXml(CXmlSerializationContext::m_defaultContext, host, &writer); }));
+    EXPECT_EQ("", writer.m_log);
+    EXPECT_TRUE(info.ElementToXml(IgnoringCounts(), host, &writer));
+    EXPECT_EQ("<c{urn:t} \"1\" /> <c{urn:t} \"2\" />", writer.m_log);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Whole classes
+
+TEST(AllMetadata, MembersReadInAnyOrderAndWriteInTableOrder) {
+    CSmartPtr<CAll> object = new CAll();
+    EXPECT_EQ("no exception",
+              Read(*object, "<A xmlns='urn:t' pa='P'><c>c1</c><w xmlns='urn:o'/><Opt><v>o</v></Opt><u>U</u>"
+                            "<f>blue</f><x>1</x><Leaf><v>l</v></Leaf><e>green</e><b>B</b><a>7</a><c>c2</c></A>"));
+    EXPECT_EQ("#2", Describe(object->Property(AllSpec::P_c)));
+    EXPECT_EQ("<A xmlns=\"urn:t\" pa=\"P\"><a>7</a><b>B</b><e>green</e><f>blue</f><Leaf><v>l</v></Leaf>"
+              "<Opt><v>o</v></Opt><u>U</u><AA:w xmlns:AA=\"urn:o\"/><x>1</x><c>c1</c><c>c2</c></A>",
+              WriteXml(*object, InT()));
+
+    // Only the mandatory members; the optional ones stay out.
+    EXPECT_EQ("no exception", Read(*object, "<A xmlns='urn:t'><u/><Leaf><v>l</v></Leaf><e>red</e><a>1</a></A>"));
+    EXPECT_EQ("<A xmlns=\"urn:t\"><a>1</a><e>red</e><Leaf><v>l</v></Leaf><u/></A>", WriteXml(*object, InT()));
+}
+
+TEST(AllMetadata, MissingAndRepeatedMembersFailAfterTheWalk) {
+    CSmartPtr<CAll> object = new CAll();
+    const char* const rest = "<u/><Leaf><v>l</v></Leaf><e>red</e>";
+    EXPECT_EQ("Failed to process the element [A]\nFailed to find the mandatory element [a]",
+              Read(*object, (std::string("<A xmlns='urn:t'>") + rest + "</A>").c_str()));
+    // The walk stops at an unknown element, with or without the setting.
+    for (const CXmlSerializationContext& context : {CXmlSerializationContext(), IgnoringUnknown()}) {
+        EXPECT_EQ("Failed to process the element [A]\nFailed to find the mandatory element [a]",
+                  Read(*object, (std::string("<A xmlns='urn:t'>") + rest + "<zz/><a>1</a></A>").c_str(), context));
+    }
+    EXPECT_EQ("Failed to process the element [A]\nFailed read all the elements held within the element [A]. The "
+              "unexpected element [a] remains un processed",
+              Read(*object, (std::string("<A xmlns='urn:t'>") + rest + "<a>1</a><a>2</a></A>").c_str()));
+    EXPECT_EQ("Failed to process the element [A]\nFailed to find the mandatory element [Leaf]",
+              Read(*object, "<A xmlns='urn:t'><u/><e>red</e><a>1</a></A>"));
+}
+
+TEST(AllMetadata, AbstractMembersAreWritten) {
+    CSmartPtr<CAbstract> object = new CAbstract();
+    CCircle* const circle = new CCircle();
+    circle->SetElementName("Shape");
+    circle->Property(CircleSpec::P_r).SetI4(4);
+    object->Property(AbstractSpec::P_shape).SetXmlObject(circle);
+    EXPECT_EQ("<B xmlns=\"urn:t\"><Shape xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type=\"Circle\">"
+              "<r>4</r></Shape></B>",
+              WriteXml(*object, InT()));
+    object->Property(AbstractSpec::P_spare).SetXmlObject(circle);
+    circle->SetElementName("Circle");
+    EXPECT_EQ("<B xmlns=\"urn:t\"><Circle><r>4</r></Circle><Circle><r>4</r></Circle></B>", WriteXml(*object, InT()));
+}
+
+TEST(AllMetadata, CollectionCountIsCheckedOnWritingUnlessIgnored) {
+    CSmartPtr<CAll> object = new CAll();
+    EXPECT_EQ("no exception", Read(*object, "<A xmlns='urn:t'><u/><Leaf><v>l</v></Leaf><e>red</e><a>1</a>"
+                                            "<c>1</c><c>2</c><c>3</c></A>"));
+    EXPECT_EQ("Failed to convert the element [A] to XML\nThe Maximum number of [c] elements allowed in this "
+              "collection is 2",
+              WrappedFailureOf([&] { WriteXml(*object, InT()); }));
+    CXmlSerializationContext ignoring = InT();
+    ignoring.SetIgnoreInvalidCollectionCounts(true);
+    EXPECT_EQ("<A xmlns=\"urn:t\"><a>1</a><e>red</e><Leaf><v>l</v></Leaf><u/><c>1</c><c>2</c><c>3</c></A>",
+              WriteXml(*object, ignoring));
+}
+
+} // namespace
