@@ -60,17 +60,22 @@ inline uint64_t OddBytes(uint64_t word, uint64_t highBits) {
 // text are such, and this one pass replaces the scans for each odd byte and the copy.
 // Short pieces (line ends, indentation, entities) are the most frequent: they take
 // overlapping loads instead of a loop.
+// Bytes below 0x0E: the carriage return and the NUL among them. Expat hands over line
+// ends as pieces of their own, so a long piece holds such a byte only with a tab or a
+// control character, and then takes the exact path.
+constexpr uint64_t LowBytes(uint64_t word) { return (word - ONES * 0x0E) & ~word & HIGH_BITS; }
+
 // Out of line, so that the short pieces take a path without its register saves.
 [[gnu::noinline]] bool CopyPlainLong(char* out, const char* text, size_t length, uint64_t highBits) {
     uint64_t odd = 0;
     for (size_t i = 0; i + 8 < length; i += 8) {
         const uint64_t word = Load64(text + i);
-        odd |= OddBytes(word, highBits);
+        odd |= (word & highBits) | LowBytes(word);
         std::memcpy(out + i, &word, 8);
     }
     const uint64_t last = Load64(text + length - 8);
     std::memcpy(out + length - 8, &last, 8);
-    return (odd | OddBytes(last, highBits)) == 0;
+    return (odd | (last & highBits) | LowBytes(last)) == 0;
 }
 
 inline bool CopyPlain(char* out, const char* text, size_t length, uint64_t highBits) {
@@ -115,6 +120,21 @@ size_t HashName(const char* text, size_t length) {
     return static_cast<size_t>(hash ^ hash >> 32);
 }
 
+// Whether two texts of the same length are equal; names are short, so the words are
+// compared inline, the last one overlapping the one before.
+inline bool SameBytes(const char* a, const char* b, size_t length) {
+    if (length >= 8) {
+        for (size_t i = 0; i + 8 < length; i += 8)
+            if (Load64(a + i) != Load64(b + i)) return false;
+        return Load64(a + length - 8) == Load64(b + length - 8);
+    }
+    if (length >= 4)
+        return Load32(a) == Load32(b) && Load32(a + length - 4) == Load32(b + length - 4);
+    for (size_t i = 0; i < length; ++i)
+        if (a[i] != b[i]) return false;
+    return true;
+}
+
 bool IsUtf8Locale() {
     const char* codeset = nl_langinfo(CODESET);
     return codeset && (std::strcmp(codeset, "UTF-8") == 0 || std::strcmp(codeset, "utf8") == 0);
@@ -137,7 +157,7 @@ public:
         for (size_t i = hash & mask;; i = (i + 1) & mask) {
             const Slot& slot = m_slots[i];
             if (!slot.name) return Add(name, length, hash);
-            if (slot.hash == hash && slot.length == length && std::memcmp(m_keys.data() + slot.offset, name, length) == 0)
+            if (slot.hash == hash && slot.length == length && SameBytes(m_keys.data() + slot.offset, name, length))
                 return slot.name;
         }
     }
@@ -308,9 +328,13 @@ void CExpatReader::FlushText(CXmlElement* element, size_t begin, size_t end) {
     if (begin >= end) return;
     const char* text = m_pText.get() + begin;
     const size_t length = end - begin;
-    if (element->m_text.empty())
-        element->m_text = std::string(text, length); // allocated at its exact size
-    else
+    if (element->m_text.empty()) {
+        // A new string is allocated at the exact size, where assigning would round it up.
+        if (length <= element->m_text.capacity())
+            element->m_text.assign(text, length);
+        else
+            element->m_text = std::string(text, length);
+    } else
         element->AppendText(text, static_cast<int>(length));
 }
 
@@ -347,14 +371,19 @@ void CExpatReader::StartElement(const char* name, const char** attributes) {
 }
 
 void CExpatReader::EndElement() {
-    const std::vector<CXmlElement*>& open = m_pDocument->m_elementStack;
     if (!m_textMarks.empty()) {
+        const std::vector<CXmlElement*>& open = m_pDocument->m_elementStack;
         const size_t mark = m_textMarks.back();
         if (!open.empty()) FlushText(open.back(), mark, m_textSize);
         m_textSize = mark;
         m_textMarks.pop_back();
     }
-    m_pDocument->EndElement();
+    // Without a hook, closing is just the pop.
+    std::vector<CXmlElement*>& stack = m_pDocument->m_elementStack;
+    if (!m_pDocument->m_pElementHook && !stack.empty())
+        stack.pop_back();
+    else
+        m_pDocument->EndElement();
 }
 
 template <typename Body> void CExpatReader::Guard(Body&& body) {
