@@ -25,19 +25,6 @@ constexpr uint64_t CARRIAGE_RETURNS = ONES * '\r';
 
 constexpr uint64_t ZeroBytes(uint64_t word) { return (word - ONES) & ~word & HIGH_BITS; }
 
-// Whether any byte is outside ASCII, eight bytes per step.
-bool HasHighBit(const char* text, size_t length) {
-    size_t i = 0;
-    for (; i + 8 <= length; i += 8) {
-        uint64_t word;
-        std::memcpy(&word, text + i, 8);
-        if (word & HIGH_BITS) return true;
-    }
-    for (; i < length; ++i)
-        if (static_cast<unsigned char>(text[i]) & 0x80) return true;
-    return false;
-}
-
 uint64_t Load64(const char* p) {
     uint64_t word;
     std::memcpy(&word, p, 8);
@@ -50,16 +37,22 @@ uint32_t Load32(const char* p) {
     return word;
 }
 
+// Whether any byte is outside ASCII, eight bytes per step.
+bool HasHighBit(const char* text, size_t length) {
+    size_t i = 0;
+    for (; i + 8 <= length; i += 8)
+        if (Load64(text + i) & HIGH_BITS) return true;
+    for (; i < length; ++i)
+        if (static_cast<unsigned char>(text[i]) & 0x80) return true;
+    return false;
+}
+
 // Whether a word holds a byte that text can't take as it is: a carriage return, a NUL
 // or, when `highBits` asks for it, a byte outside ASCII.
 inline uint64_t OddBytes(uint64_t word, uint64_t highBits) {
     return (word & highBits) | ZeroBytes(word) | ZeroBytes(word ^ CARRIAGE_RETURNS);
 }
 
-// Copies the bytes to `out` and tells whether they can stay as they are. Most pieces of
-// text are such, and this one pass replaces the scans for each odd byte and the copy.
-// Short pieces (line ends, indentation, entities) are the most frequent: they take
-// overlapping loads instead of a loop.
 // Bytes below 0x0E: the carriage return and the NUL among them. Expat hands over line
 // ends as pieces of their own, so a long piece holds such a byte only with a tab or a
 // control character, and then takes the exact path.
@@ -78,6 +71,10 @@ constexpr uint64_t LowBytes(uint64_t word) { return (word - ONES * 0x0E) & ~word
     return (odd | (last & highBits) | LowBytes(last)) == 0;
 }
 
+// Copies the bytes to `out` and tells whether they can stay as they are. Most pieces of
+// text are such, and this one pass replaces the scans for each odd byte and the copy.
+// Short pieces (line ends, indentation, entities) are the most frequent: they take
+// overlapping loads instead of a loop.
 inline bool CopyPlain(char* out, const char* text, size_t length, uint64_t highBits) {
     if (length >= 8) return CopyPlainLong(out, text, length, highBits);
     uint64_t word;
