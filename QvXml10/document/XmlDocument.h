@@ -17,6 +17,7 @@ class CXmlAttribute;
 class CXmlElement;
 class CXmlSerializationContext;
 class CExpatReader;
+class CFastInfosetReader;
 
 // The document tree of one load: built by a parser through the build operations,
 // read by the binding, destroyed with the document.
@@ -66,6 +67,8 @@ protected:
 
 private:
     friend class CExpatReader;
+    // Closes elements by shortening the element stack itself.
+    friend class CFastInfosetReader;
     friend class CXmlElement;
     friend class CXmlAttribute;
     class CNodePool;
