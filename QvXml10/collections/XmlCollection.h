@@ -34,6 +34,8 @@ public:
     // bound tested first; passes whenever the context ignores collection counts.
     virtual void ValidateCount(const CXmlSerializationContext& context) const;
     virtual bool IsValidCount(const CXmlSerializationContext& context) const;
+    // The lower bound; a choice with a collection member of bound 0 may stay empty.
+    int GetMinOccurs() const { return m_minOccurs; }
 
     // Listeners are not owned. One added twice is called twice.
     void AddEventListener(IEventSink* listener);
