@@ -3,6 +3,7 @@
 #include <memory>
 #include <strings.h>
 
+#include "binding/metadata/ChoiceElementInfo.h"
 #include "collections/AttributeCollections.h"
 #include "document/XmlDocument.h"
 #include "document/XmlWriter.h"
@@ -103,8 +104,28 @@ void CXmlGeneratedClass::CleanMetaData(CParentElementInfo*& parentInfo, CElement
 
 bool CXmlGeneratedClass::DoesElementContainOptionalElements() const {
     // Only optional members of a choice and choice collections with a minimum of 0
-    // make a choice optional. The element metadata of the choice family is not part
-    // of the library yet, so no table holds such a member and every choice is strict.
+    // make a choice optional; members of other classes count for nothing.
+    CElementInfo* const* const table = const_cast<CXmlGeneratedClass*>(this)->GetClassElementInfo();
+    for (size_t i = 0; table[i] != nullptr; ++i) {
+        const CElementInfo* const entry = table[i];
+        if (dynamic_cast<const CElementInfoChoicePrimOpt*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceClsOpt*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceAbsClsOpt*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceEnumOpt*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceUntpdOpt*>(entry) != nullptr)
+            return true;
+        if (dynamic_cast<const CElementInfoChoicePrimCol*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceClsCol*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceAbsClsCol*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceEnumCol*>(entry) != nullptr ||
+            dynamic_cast<const CElementInfoChoiceUntpdCol*>(entry) != nullptr) {
+            QvVariant value;
+            entry->ReadProperty(this, value);
+            if (value.GetItemType() != ItemType_XmlCollection) continue;
+            const CSmartPtr<CXmlCollectionBase> collection = value.GetXmlCollection();
+            if (collection && collection->GetMinOccurs() == 0) return true;
+        }
+    }
     return false;
 }
 

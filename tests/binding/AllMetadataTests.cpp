@@ -24,16 +24,6 @@ const XmlElementType kPseudo = XmlElementType_Pseudo;
 const CPrimitiveRestrictions kNoFacets;
 const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
-// The collection members of an all group leave Validate to generated code; this one
-// lets the walk go on.
-template <class Member> class CConcrete : public Member {
-public:
-    using Member::Member;
-    bool Validate(const CXmlSerializationContext&, const CXmlGeneratedClass*, bool, bool) const override {
-        return true;
-    }
-};
-
 // A: a (i4), b (string, optional), e (colour), f (colour, optional), Leaf (required),
 // Opt (an optional Leaf), u (untyped), w (untyped from another namespace, optional),
 // the group Pair (optional, its attribute pa on A's element), and up to 2 c strings.
@@ -235,20 +225,26 @@ TEST(AllMetadata, UntypedMembersAnswerWhetherTheyTookTheElement) {
     EXPECT_EQ("<foo>", Describe(host->Property(1)));
 }
 
-TEST(AllMetadata, CollectionStaysOpenAndIsCountedOnlyOnWriting) {
-    CSmartPtr<CHost> host = new CHost();
-    host->Property(0).SetXmlCollection(new CPlainStringCol("c", 3, 3));
-    CConcrete<CElementInfoAllPrimCol> info("c", kNs, 0);
-    EXPECT_EQ((COffer{false, "x"}), Offer(info, *host, "<c>1</c><c>2</c><x/>", kElement));
-    EXPECT_EQ((COffer{false, "x"}), Offer(info, *host, "<x/>", kElement));
-    EXPECT_EQ("#2", Describe(host->Property(0)));
+TEST(AllMetadata, CollectionsStayOpenAndAreCountedOnlyOnWriting) {
+    // Every collection class of the family reads and writes by CElementInfoAllCol.
+    CConcrete<CElementInfoAllPrimCol> prim("c", kNs, 0);
+    CConcrete<CElementInfoAllClsCol> child("c", kNs, 0, kElement);
+    CConcrete<CElementInfoAllAbsClsCol> shape("c", kNs, 0, kElement);
+    CConcrete<CElementInfoAllUntpdCol> untyped("c", kNs, 0);
+    for (CElementInfo* info : std::initializer_list<CElementInfo*>{&prim, &child, &shape, &untyped}) {
+        CSmartPtr<CHost> host = new CHost();
+        host->Property(0).SetXmlCollection(new CPlainStringCol("c", 3, 3));
+        EXPECT_EQ((COffer{false, "x"}), Offer(*info, *host, "<c>1</c><c>2</c><x/>", kElement));
+        EXPECT_EQ((COffer{false, "x"}), Offer(*info, *host, "<x/>", kPseudo));
+        EXPECT_EQ("#2", Describe(host->Property(0)));
 
-    CRecordingWriter writer;
-    EXPECT_EQ("The Minimum number of [c] elements allowed in this collection is 3",
-              FailureOf([&] { info.ElementToXml(CXmlSerializationContext::m_defaultContext, host, &writer); }));
-    EXPECT_EQ("", writer.m_log);
-    EXPECT_TRUE(info.ElementToXml(IgnoringCounts(), host, &writer));
-    EXPECT_EQ("<c{urn:t} \"1\" /> <c{urn:t} \"2\" />", writer.m_log);
+        CRecordingWriter writer;
+        EXPECT_EQ("The Minimum number of [c] elements allowed in this collection is 3",
+                  FailureOf([&] { info->ElementToXml(CXmlSerializationContext::m_defaultContext, host, &writer); }));
+        EXPECT_EQ("", writer.m_log);
+        EXPECT_TRUE(info->ElementToXml(IgnoringCounts(), host, &writer));
+        EXPECT_EQ("<c{urn:t} \"1\" /> <c{urn:t} \"2\" />", writer.m_log);
+    }
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -64,6 +64,17 @@ public:
     }
 };
 
+// The collection members of an all group leave Validate to generated code; this one
+// lets the walk go on.
+template <class Member> class CConcrete : public Member {
+public:
+    using Member::Member;
+    bool Validate(const QvXmlLib10::CXmlSerializationContext&, const QvXmlLib10::CXmlGeneratedClass*, bool,
+                  bool) const override {
+        return true;
+    }
+};
+
 // The object held by a property, as T.
 template <typename T> T* ObjectIn(const QvXmlLib10::QvVariant& value) {
     return static_cast<T*>(value.GetXmlObject().Get());

@@ -1,11 +1,12 @@
-// The element metadata of the sequence and all groups. The families share the steps
-// of reading one element (the nil test, fetching or creating a child, open content),
-// so they are implemented together here.
+// The element metadata of the sequence, all and choice groups. The three families
+// share the steps of reading one element (the nil test, fetching or creating a child,
+// open content), so they are implemented together here.
 
 #include <strings.h>
 
 #include "binding/XmlGeneratedClass.h"
 #include "binding/metadata/AllElementInfo.h"
+#include "binding/metadata/ChoiceElementInfo.h"
 #include "binding/metadata/SequenceElementInfo.h"
 #include "collections/AttributeCollections.h"
 #include "collections/Element.h"
@@ -80,11 +81,21 @@ void ReadEnumeration(const CElementInfo& info, int (*textToEnum)(const char*), C
     *cursor = NextOf(*cursor);
 }
 
+// The object or collection a property holds; null for a property of another kind,
+// whose value word is no pointer.
+CSmartPtr<CXmlObjectBase> ObjectIn(const QvVariant& value) {
+    return value.GetItemType() == ItemType_XmlObject ? value.GetXmlObject() : CSmartPtr<CXmlObjectBase>();
+}
+
+CSmartPtr<CXmlCollectionBase> CollectionIn(const QvVariant& value) {
+    return value.GetItemType() == ItemType_XmlCollection ? value.GetXmlCollection() : CSmartPtr<CXmlCollectionBase>();
+}
+
 // The child object that the parent created for a mandatory member.
 CSmartPtr<CXmlObjectBase> FetchObject(const CElementInfo& info, CXmlGeneratedClass* object) {
     QvVariant value;
     info.AccessProperty(object, true, value);
-    CSmartPtr<CXmlObjectBase> child = value.GetXmlObject();
+    CSmartPtr<CXmlObjectBase> child = ObjectIn(value);
     if (!child) {
         throw CQvInvalidStateException(
             FormatString("The property of the element [%s] holds no object", info.m_elementName.c_str()));
@@ -96,7 +107,7 @@ CSmartPtr<CXmlObjectBase> FetchObject(const CElementInfo& info, CXmlGeneratedCla
 CSmartPtr<CXmlCollectionBase> FetchCollection(const CElementInfo& info, const CXmlGeneratedClass* object) {
     QvVariant value;
     info.ReadProperty(object, value);
-    CSmartPtr<CXmlCollectionBase> collection = value.GetXmlCollection();
+    CSmartPtr<CXmlCollectionBase> collection = CollectionIn(value);
     if (!collection) {
         throw CQvInvalidStateException(
             FormatString("The property of the element [%s] holds no collection", info.m_elementName.c_str()));
@@ -172,7 +183,7 @@ void PseudoObjectAttributesToXml(const CElementInfo& info, XmlElementType classE
     if (classElementType != XmlElementType_Pseudo) return;
     QvVariant value;
     info.ReadProperty(object, value);
-    const CSmartPtr<CXmlObjectBase> child = value.GetXmlObject();
+    const CSmartPtr<CXmlObjectBase> child = ObjectIn(value);
     if (child) info.AttributesToXml_Int(child, writer, context);
 }
 
@@ -183,15 +194,20 @@ void PseudoCollectionAttributesToXml(const CElementInfo& info, XmlElementType cl
     if (classElementType != XmlElementType_Pseudo) return;
     QvVariant value;
     info.ReadProperty(object, value);
-    const CSmartPtr<CXmlCollectionBase> collection = value.GetXmlCollection();
+    const CSmartPtr<CXmlCollectionBase> collection = CollectionIn(value);
     if (collection) info.AttributesToXml_Int(collection, writer, context);
 }
 
 // A collection member on writing: the count is checked unless the context ignores
-// counts, then the items are written.
+// counts, then the items are written. A property without a collection writes nothing.
 bool CheckedCollectionToXml(const CElementInfo& info, const CXmlSerializationContext& context,
                             const CXmlGeneratedClass* object, CXmlWriter* writer) {
-    if (!context.GetIgnoreInvalidCollectionCounts()) FetchCollection(info, object)->ValidateCount(context);
+    if (!context.GetIgnoreInvalidCollectionCounts()) {
+        QvVariant value;
+        info.ReadProperty(object, value);
+        const CSmartPtr<CXmlCollectionBase> collection = CollectionIn(value);
+        if (collection) collection->ValidateCount(context);
+    }
     return info.ElementToXmlCol(context, object, writer);
 }
 
@@ -910,5 +926,222 @@ bool CElementInfoAllUntpdOpt::Validate(const CXmlSerializationContext& /*context
 
 CElementInfoAllUntpdCol::CElementInfoAllUntpdCol(const char* elementName, const char* namespaceUri, int propertyIndex)
     : CElementInfoAllCol(elementName, namespaceUri, propertyIndex) {}
+
+// =============================================================================================
+// Choice
+
+namespace {
+
+// A collection member of a choice after its collection has read from the cursor to
+// `next`: chosen when it took something and, in a pseudo element, its count is valid
+// (the items read stay in the collection either way). In a class with a tag of its
+// own the count is checked instead.
+bool ChooseCollection(const CXmlSerializationContext& context, CXmlCollectionBase* collection, CXmlElement* next,
+                      CXmlElement** cursor, XmlElementType type) {
+    if (next == *cursor) return false;
+    if (type != XmlElementType_Element) {
+        if (!collection->IsValidCount(context)) return false;
+        *cursor = next;
+        return true;
+    }
+    *cursor = next;
+    collection->ValidateCount(context);
+    return true;
+}
+
+} // namespace
+
+bool CElementInfoChoice::Validate(const CXmlSerializationContext& /*context*/, const CXmlGeneratedClass* /*object*/,
+                                  bool /*found*/, bool /*check*/) const {
+    ThrowNotImplemented();
+}
+
+bool CElementInfoChoiceCol::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
+                                         CXmlWriter* writer) const {
+    // No count check on writing in a choice.
+    return ElementToXmlCol(context, object, writer);
+}
+
+bool CElementInfoChoiceCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object,
+                                           CXmlElement* parent, CXmlElement** cursor, const char* /*namespaceUri*/,
+                                           XmlElementType type) {
+    const CSmartPtr<CXmlCollectionBase> collection = FetchCollection(*this, object);
+    CXmlElement* const next = FromXml_Int(collection, parent, *cursor, context, false);
+    return ChooseCollection(context, collection, next, cursor, type);
+}
+
+CElementInfoChoicePrimOpt::CElementInfoChoicePrimOpt(const char* elementName, const char* namespaceUri,
+                                                     int propertyIndex, bool nillable, ItemType itemType,
+                                                     const char* format,
+                                                     CWhitespaceUtils::WhitespaceRule whitespaceRule,
+                                                     const CPrimitiveRestrictions& restrictions)
+    : CElementInfoChoice(elementName, namespaceUri, propertyIndex, nillable, itemType, format, whitespaceRule,
+                         restrictions) {}
+
+bool CElementInfoChoicePrimOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
+                                             CXmlWriter* writer) const {
+    return ElementToXmlPrim(context, object, writer);
+}
+
+bool CElementInfoChoicePrimOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object,
+                                               CXmlElement* /*parent*/, CXmlElement** cursor,
+                                               const char* /*namespaceUri*/, XmlElementType /*type*/) {
+    if (!IsThisElement(context, *cursor)) return false;
+    ReadPrimitive(*this, object, cursor);
+    return true;
+}
+
+CElementInfoChoiceEnumOpt::CElementInfoChoiceEnumOpt(const char* elementName, const char* namespaceUri,
+                                                     int propertyIndex, bool nillable, const char* (*enumToText)(int),
+                                                     int (*textToEnum)(const char*))
+    : CElementInfoChoice(elementName, namespaceUri, propertyIndex, nillable), m_enumToText(enumToText),
+      m_textToEnum(textToEnum) {}
+
+bool CElementInfoChoiceEnumOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
+                                             CXmlWriter* writer) const {
+    return ElementToXmlEnum(context, object, writer, m_enumToText);
+}
+
+bool CElementInfoChoiceEnumOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object,
+                                               CXmlElement* /*parent*/, CXmlElement** cursor,
+                                               const char* /*namespaceUri*/, XmlElementType /*type*/) {
+    if (!IsThisElement(context, *cursor)) return false;
+    ReadEnumeration(*this, m_textToEnum, object, cursor);
+    return true;
+}
+
+CElementInfoChoiceClsOpt::CElementInfoChoiceClsOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
+                                                   XmlElementType classElementType,
+                                                   CSmartPtr<CXmlObjectBase> (*createObject)(int, const char*),
+                                                   int classId)
+    : CElementInfoChoice(elementName, namespaceUri, propertyIndex), m_classElementType(classElementType),
+      m_createObject(createObject), m_classId(classId) {}
+
+bool CElementInfoChoiceClsOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
+                                            CXmlWriter* writer) const {
+    return ElementToXmlCls(context, object, writer, true);
+}
+
+bool CElementInfoChoiceClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object,
+                                              CXmlElement* parent, CXmlElement** cursor, const char* /*namespaceUri*/,
+                                              XmlElementType /*type*/) {
+    if (m_classElementType == XmlElementType_Element) {
+        if (!IsThisElement(context, *cursor)) return false;
+        const CSmartPtr<CXmlObjectBase> child = CreateObject(*this, m_createObject, m_classId);
+        StoreObject(*this, object, child);
+        ReadOwnElement(*this, child, cursor, context, true);
+        return true;
+    }
+
+    if (*cursor == nullptr) return false;
+    const CSmartPtr<CXmlObjectBase> child = CreateObject(*this, m_createObject, m_classId);
+    StoreObject(*this, object, child);
+    CXmlElement* const next = FromXml_Int(child, parent, *cursor, context, false);
+    if (next != *cursor) {
+        *cursor = next;
+        return true;
+    }
+    // The group is not here: the property is null again.
+    StoreObject(*this, object, nullptr);
+    return false;
+}
+
+void CElementInfoChoiceClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                         const CXmlGeneratedClass* object, CXmlWriter* writer) const {
+    PseudoObjectAttributesToXml(*this, m_classElementType, context, object, writer);
+}
+
+CElementInfoChoiceAbsClsOpt::CElementInfoChoiceAbsClsOpt(const char* elementName, const char* namespaceUri,
+                                                         int propertyIndex, XmlElementType classElementType,
+                                                         CSmartPtr<CXmlObjectBase> (*createFromElement)(CXmlElement*))
+    : CElementInfoChoice(elementName, namespaceUri, propertyIndex), m_classElementType(classElementType),
+      m_createFromElement(createFromElement) {}
+
+bool CElementInfoChoiceAbsClsOpt::ElementToXml(const CXmlSerializationContext& context,
+                                               const CXmlGeneratedClass* object, CXmlWriter* writer) const {
+    return ElementToXmlCls(context, object, writer, false);
+}
+
+bool CElementInfoChoiceAbsClsOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object,
+                                                 CXmlElement* /*parent*/, CXmlElement** cursor,
+                                                 const char* /*namespaceUri*/, XmlElementType /*type*/) {
+    if (!IsThisElement(context, *cursor)) return false;
+    const CSmartPtr<CXmlObjectBase> child = m_createFromElement(*cursor);
+    StoreObject(*this, object, child);
+    if (!child) return false;
+    ReadOwnElement(*this, child, cursor, context, false);
+    return true;
+}
+
+void CElementInfoChoiceAbsClsOpt::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                            const CXmlGeneratedClass* object,
+                                                            CXmlWriter* writer) const {
+    PseudoObjectAttributesToXml(*this, m_classElementType, context, object, writer);
+}
+
+CElementInfoChoiceUntpdOpt::CElementInfoChoiceUntpdOpt(const char* elementName, const char* namespaceUri,
+                                                       int propertyIndex, const char* namespaceRestriction,
+                                                       const char* targetNamespace)
+    : CElementInfoChoice(elementName, namespaceUri, propertyIndex),
+      m_namespaceRestriction(namespaceRestriction != nullptr ? namespaceRestriction : ""),
+      m_targetNamespace(targetNamespace != nullptr ? targetNamespace : "") {}
+
+bool CElementInfoChoiceUntpdOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
+                                              CXmlWriter* writer) const {
+    return ElementToXmlCls(context, object, writer, false);
+}
+
+bool CElementInfoChoiceUntpdOpt::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object,
+                                                CXmlElement* parent, CXmlElement** cursor, const char* namespaceUri,
+                                                XmlElementType /*type*/) {
+    if (*cursor == nullptr) return false;
+    const CSmartPtr<CElement> element =
+        ReadNewUntyped(*this, m_namespaceRestriction, m_targetNamespace, namespaceUri, parent, cursor, context);
+    // Stored either way: a null object when nothing was taken.
+    StoreObject(*this, object, element);
+    return bool(element);
+}
+
+CElementInfoChoicePrimCol::CElementInfoChoicePrimCol(const char* elementName, const char* namespaceUri,
+                                                     int propertyIndex)
+    : CElementInfoChoiceCol(elementName, namespaceUri, propertyIndex) {}
+
+CElementInfoChoiceEnumCol::CElementInfoChoiceEnumCol(const char* elementName, const char* namespaceUri,
+                                                     int propertyIndex)
+    : CElementInfoChoiceCol(elementName, namespaceUri, propertyIndex) {}
+
+CElementInfoChoiceClsCol::CElementInfoChoiceClsCol(const char* elementName, const char* namespaceUri, int propertyIndex,
+                                                   XmlElementType classElementType)
+    : CElementInfoChoiceCol(elementName, namespaceUri, propertyIndex), m_classElementType(classElementType) {}
+
+void CElementInfoChoiceClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                         const CXmlGeneratedClass* object, CXmlWriter* writer) const {
+    PseudoCollectionAttributesToXml(*this, m_classElementType, context, object, writer);
+}
+
+CElementInfoChoiceAbsClsCol::CElementInfoChoiceAbsClsCol(const char* elementName, const char* namespaceUri,
+                                                         int propertyIndex, XmlElementType classElementType)
+    : CElementInfoChoiceCol(elementName, namespaceUri, propertyIndex), m_classElementType(classElementType) {}
+
+void CElementInfoChoiceAbsClsCol::PseudoChildAttributeToXml(const CXmlSerializationContext& context,
+                                                            const CXmlGeneratedClass* object,
+                                                            CXmlWriter* writer) const {
+    PseudoCollectionAttributesToXml(*this, m_classElementType, context, object, writer);
+}
+
+CElementInfoChoiceUntpdCol::CElementInfoChoiceUntpdCol(const char* elementName, const char* namespaceUri,
+                                                       int propertyIndex)
+    : CElementInfoChoiceCol(elementName, namespaceUri, propertyIndex) {}
+
+bool CElementInfoChoiceUntpdCol::ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object,
+                                                CXmlElement* parent, CXmlElement** cursor, const char* /*namespaceUri*/,
+                                                XmlElementType type) {
+    // Under a fixed name the namespace comes from the element at the cursor, so there
+    // has to be one.
+    if (*cursor == nullptr && m_elementName != kAnyElement) return false;
+    const CSmartPtr<CXmlCollectionBase> collection = FetchCollection(*this, object);
+    CXmlElement* const next = ReadUntypedCollection(*this, collection, parent, *cursor, context);
+    return ChooseCollection(context, collection, next, cursor, type);
+}
 
 } // namespace QvXmlLib10Data

@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "binding/XmlGeneratedClass.h"
+#include "binding/XmlSerializationContext.h"
+#include "binding/metadata/AllElementInfo.h"
+#include "binding/metadata/ChoiceElementInfo.h"
+#include "binding/metadata/SequenceElementInfo.h"
+#include "support/FamilyClasses.h"
+#include "support/TestWriting.h"
+#include "values/QvVariant.h"
+
+using namespace QvXmlLib10;
+using namespace QvXmlLib10Data;
+using namespace QvXmlTest;
+
+namespace {
+
+using MakeMember = std::function<std::unique_ptr<CElementInfo>(XmlElementType)>;
+
+template <class Member> MakeMember Single() {
+    return [](XmlElementType kind) { return std::unique_ptr<CElementInfo>(new Member("Pair", kNs, 0, kind, nullptr)); };
+}
+
+template <class Member> MakeMember Repeating() {
+    return [](XmlElementType kind) { return std::unique_ptr<CElementInfo>(new Member("Pair", kNs, 1, kind)); };
+}
+
+// The class and abstract class members of every family write the attributes of a
+// pseudo child, or of each pseudo child in a collection, on the enclosing element;
+// children of other kinds write nothing there.
+TEST(ElementFamilies, PseudoChildrenWriteTheirAttributesOnTheEnclosingElement) {
+    CSmartPtr<CHost> host = new CHost();
+    CPair* const pair = new CPair();
+    pair->Property(PairSpec::P_pa).SetString("A");
+    host->Property(0).SetXmlObject(pair);
+    CObjectCol* const pairs = new CObjectCol("Pair", CObjectCol::Kind_Pair, 0, -1);
+    host->Property(1).SetXmlCollection(pairs);
+    for (const char* value : {"B", "C"}) {
+        CPair* const item = new CPair();
+        item->Property(PairSpec::P_pa).SetString(value);
+        pairs->AppendItem(item);
+    }
+
+    const MakeMember objects[] = {
+        [](XmlElementType kind) {
+            return std::unique_ptr<CElementInfo>(new CElementInfoSeqClsMnd("Pair", kNs, 0, kind, nullptr, 0, true));
+        },
+        [](XmlElementType kind) {
+            return std::unique_ptr<CElementInfo>(new CElementInfoSeqClsOpt("Pair", kNs, 0, kind, nullptr, 0));
+        },
+        Single<CElementInfoSeqAbsClsMnd>(),
+        Single<CElementInfoSeqAbsClsOpt>(),
+        [](XmlElementType kind) {
+            return std::unique_ptr<CElementInfo>(new CElementInfoAllClsMnd("Pair", kNs, 0, kind, nullptr, 0, true));
+        },
+        [](XmlElementType kind) {
+            return std::unique_ptr<CElementInfo>(new CElementInfoAllClsOpt("Pair", kNs, 0, kind, nullptr, 0));
+        },
+        [](XmlElementType kind) {
+            return std::unique_ptr<CElementInfo>(new CElementInfoAllAbsClsMnd("Pair", kNs, 0, kind, nullptr, 0));
+        },
+        Single<CElementInfoAllAbsClsOpt>(),
+        [](XmlElementType kind) {
+            return std::unique_ptr<CElementInfo>(new CElementInfoChoiceClsOpt("Pair", kNs, 0, kind, nullptr, 0));
+        },
+        Single<CElementInfoChoiceAbsClsOpt>(),
+    };
+    const MakeMember collections[] = {
+        Repeating<CElementInfoSeqClsCol>(),
+        Repeating<CElementInfoSeqAbsClsCol>(),
+        Repeating<CConcrete<CElementInfoAllClsCol>>(),
+        Repeating<CConcrete<CElementInfoAllAbsClsCol>>(),
+        Repeating<CElementInfoChoiceClsCol>(),
+        Repeating<CElementInfoChoiceAbsClsCol>(),
+    };
+    auto attributesOf = [&](const CElementInfo& info) {
+        CRecordingWriter writer;
+        info.PseudoChildAttributeToXml(CXmlSerializationContext::m_defaultContext, host, &writer);
+        return writer.m_log;
+    };
+    for (const MakeMember& make : objects) {
+        EXPECT_EQ("@pa{}=A", attributesOf(*make(XmlElementType_Pseudo)));
+        EXPECT_EQ("", attributesOf(*make(XmlElementType_Element)));
+        EXPECT_EQ("", attributesOf(*make(XmlElementType_PseudoGroup)));
+    }
+    for (const MakeMember& make : collections) {
+        EXPECT_EQ("@pa{}=B @pa{}=C", attributesOf(*make(XmlElementType_Pseudo)));
+        EXPECT_EQ("", attributesOf(*make(XmlElementType_Element)));
+        EXPECT_EQ("", attributesOf(*make(XmlElementType_PseudoGroup)));
+    }
+
+    // Untyped and value members have nothing to add.
+    EXPECT_EQ("", attributesOf(CElementInfoSeqUntpdMnd("Pair", kNs, 0, "##any", "")));
+    EXPECT_EQ("", attributesOf(CElementInfoAllUntpdOpt("Pair", kNs, 0, "##any", "")));
+    EXPECT_EQ("", attributesOf(CElementInfoChoiceUntpdCol("Pair", kNs, 1)));
+    EXPECT_EQ("", attributesOf(CElementInfoChoiceEnumOpt("Pair", kNs, 0, false, ColorToText, TextToColor)));
+}
+
+// Generated code creates the objects and collections its mandatory members read into;
+// a class that breaks this contract gets an exception, not a crash.
+TEST(ElementFamilies, PropertiesWithoutTheirObjectOrCollectionAreRefused) {
+    CSmartPtr<CHost> host = new CHost();
+    host->Property(1).SetXmlCollection(new CPlainStringCol("a", 0, -1));
+    CElementInfoSeqClsMnd child("Leaf", kNs, 0, XmlElementType_Element, nullptr, 0, false);
+    CElementInfoAllUntpdMnd untyped("AnyElement", kNs, 0, "##any", "");
+    CElementInfoChoicePrimCol values("pc", kNs, 0);
+    CElementInfoSeqUntpdCol named("a", kNs, 1);
+    EXPECT_EQ("The property of the element [Leaf] holds no object",
+              FailureOf([&] { Offer(child, *host, "<Leaf/>", XmlElementType_Element); }));
+    EXPECT_EQ("The property of the element [AnyElement] holds no object",
+              FailureOf([&] { Offer(untyped, *host, "<a/>", XmlElementType_Element); }));
+    EXPECT_EQ("The property of the element [pc] holds no collection",
+              FailureOf([&] { Offer(values, *host, "<pc/>", XmlElementType_Element); }));
+    EXPECT_EQ("The property of the element [a] holds no CElementCol",
+              FailureOf([&] { Offer(named, *host, "<a/>", XmlElementType_Element); }));
+    // On writing there is nothing to count and nothing to write.
+    CRecordingWriter writer;
+    EXPECT_FALSE(
+        CElementInfoSeqPrimCol("pc", kNs, 0).ElementToXml(CXmlSerializationContext::m_defaultContext, host, &writer));
+    EXPECT_EQ("", writer.m_log);
+}
+
+} // namespace
