@@ -296,17 +296,4 @@ TEST(AllMetadata, AbstractMembersAreWritten) {
     EXPECT_EQ("<B xmlns=\"urn:t\"><Circle><r>4</r></Circle><Circle><r>4</r></Circle></B>", WriteXml(*object, InT()));
 }
 
-TEST(AllMetadata, CollectionCountIsCheckedOnWritingUnlessIgnored) {
-    CSmartPtr<CAll> object = new CAll();
-    EXPECT_EQ("no exception", Read(*object, "<A xmlns='urn:t'><u/><Leaf><v>l</v></Leaf><e>red</e><a>1</a>"
-                                            "<c>1</c><c>2</c><c>3</c></A>"));
-    EXPECT_EQ("Failed to convert the element [A] to XML\nThe Maximum number of [c] elements allowed in this "
-              "collection is 2",
-              WrappedFailureOf([&] { WriteXml(*object, InT()); }));
-    CXmlSerializationContext ignoring = InT();
-    ignoring.SetIgnoreInvalidCollectionCounts(true);
-    EXPECT_EQ("<A xmlns=\"urn:t\"><a>1</a><e>red</e><Leaf><v>l</v></Leaf><u/><c>1</c><c>2</c><c>3</c></A>",
-              WriteXml(*object, ignoring));
-}
-
 } // namespace

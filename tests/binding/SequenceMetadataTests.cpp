@@ -11,7 +11,6 @@
 #include "collections/Element.h"
 #include "foundation/QvException.h"
 #include "support/FamilyClasses.h"
-#include "support/TestMetadata.h"
 #include "support/TestWriting.h"
 #include "values/QvVariant.h"
 
@@ -437,22 +436,6 @@ TEST(SequenceMetadata, ValueFailuresComeWrappedByTheClass) {
               Read(*values, "<V xmlns='urn:t'><p>1</p><e>red</e><pc/><pc/><pc/></V>"));
 }
 
-TEST(SequenceMetadata, MissingMandatoryValuesAndChildrenAreIgnoredOnRequest) {
-    CSmartPtr<CObjects> objects = new CObjects();
-    CLeaf* const leaf = ObjectIn<CLeaf>(objects->Property(ObjectsSpec::P_leaf));
-    const char* const text = "<O xmlns='urn:t'><Many><v>1</v></Many><Shape xsi:type='Circle' "
-                             "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><r>1</r></Shape></O>";
-    EXPECT_EQ("Failed to process the element [O]\nFailed to find a required element [Leaf]", Read(*objects, text));
-    leaf->Property(LeafSpec::P_v).SetString("kept");
-    EXPECT_EQ("no exception", Read(*objects, text, IgnoringMissing()));
-    EXPECT_EQ("kept", Describe(leaf->Property(LeafSpec::P_v)));
-
-    CSmartPtr<CValues> values = new CValues();
-    EXPECT_EQ("no exception", Read(*values, "<V xmlns='urn:t'/>", IgnoringMissing()));
-    EXPECT_EQ("none", Describe(values->Property(ValuesSpec::P_p)));
-    EXPECT_EQ("none", Describe(values->Property(ValuesSpec::P_e)));
-}
-
 TEST(SequenceMetadata, ObjectsReadAndWriteBack) {
     // The writer declares the schema instance namespace where it is used.
     const char* const xsi = "xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type";
@@ -479,20 +462,6 @@ TEST(SequenceMetadata, ObjectsReadAndWriteBack) {
     ignoring.SetIgnoreInvalidCollectionCounts(true);
     EXPECT_EQ(std::string("<O xmlns=\"urn:t\"><Leaf><v>l</v></Leaf><Shape ") + xsi + "=\"Circle\"><r>1</r></Shape></O>",
               WriteXml(*objects, ignoring));
-}
-
-TEST(SequenceMetadata, CollectionCountIsCheckedOnWritingUnlessIgnored) {
-    CSmartPtr<CValues> values = new CValues();
-    values->Property(ValuesSpec::P_p).SetI4(1);
-    values->Property(ValuesSpec::P_e).SetI4(0);
-    CPlainStringCol* const pc = CollectionIn<CPlainStringCol>(values->Property(ValuesSpec::P_pc));
-    pc->m_values = {"a", "b", "c"};
-    EXPECT_EQ("Failed to convert the element [V] to XML\nThe Maximum number of [pc] elements allowed in this "
-              "collection is 2",
-              WrappedFailureOf([&] { WriteXml(*values, InT()); }));
-    CXmlSerializationContext ignoring = InT();
-    ignoring.SetIgnoreInvalidCollectionCounts(true);
-    EXPECT_EQ("<V xmlns=\"urn:t\"><p>1</p><e>red</e><pc>a</pc><pc>b</pc><pc>c</pc></V>", WriteXml(*values, ignoring));
 }
 
 TEST(SequenceMetadata, GroupsReadFromTheEnclosingElementAndWriteTheirAttributesThere) {
