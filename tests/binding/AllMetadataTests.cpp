@@ -27,7 +27,7 @@ const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceR
 // A: a (i4), b (string, optional), e (colour), f (colour, optional), Leaf (required),
 // Opt (an optional Leaf), u (untyped), w (untyped from another namespace, optional),
 // the group Pair (optional, its attribute pa on A's element), and up to 2 c strings.
-struct AllSpec : CSpecDefaults {
+struct AllTables : CTableDefaults {
     enum { P_a, P_b, P_e, P_f, P_leaf, P_opt, P_u, P_w, P_pair, P_c, kProperties };
     static constexpr const char* kName = "A";
     static void Construct(QvVariant* properties) {
@@ -56,10 +56,10 @@ struct AllSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using CAll = CSpecClass<AllSpec>;
+using CAll = CTableClass<AllTables>;
 
 // B: the abstract Shape (mandatory) and Spare (optional).
-struct AbstractSpec : CSpecDefaults {
+struct AbstractTables : CTableDefaults {
     enum { P_shape, P_spare, kProperties };
     static constexpr const char* kName = "B";
     static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
@@ -71,7 +71,7 @@ struct AbstractSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using CAbstract = CSpecClass<AbstractSpec>;
+using CAbstract = CTableClass<AbstractTables>;
 
 std::string Read(CXmlObjectBase& object, const char* body,
                  const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
@@ -161,14 +161,14 @@ TEST(AllMetadata, ChildrenAnswerWhetherTheyTookSomething) {
     CElementInfoAllClsMnd own("Leaf", kNs, 0, kElement, nullptr, 0, true);
     EXPECT_EQ((COffer{false, "x"}), Offer(own, *host, "<x/><Leaf/>", kElement, IgnoringUnknown()));
     EXPECT_EQ((COffer{true, "x"}), Offer(own, *host, "<Leaf><v>l</v></Leaf><x/>", kPseudo));
-    EXPECT_EQ("l", Describe(leaf->Property(LeafSpec::P_v)));
+    EXPECT_EQ("l", Describe(leaf->Property(LeafTables::P_v)));
 
     CPair* const pair = new CPair();
     host->Property(1).SetXmlObject(pair);
     CElementInfoAllClsMnd group("Pair", kNs, 1, kPseudo, nullptr, 0, false);
     EXPECT_EQ((COffer{false, "z"}), Offer(group, *host, "<z/>", kElement));
     EXPECT_EQ((COffer{true, "z"}), Offer(group, *host, "<x>1</x><z/>", kElement));
-    EXPECT_EQ("1", Describe(pair->Property(PairSpec::P_x)));
+    EXPECT_EQ("1", Describe(pair->Property(PairTables::P_x)));
 
     CSmartPtr<CHost> fresh = new CHost();
     CElementInfoAllClsOpt optional("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_Leaf);
@@ -180,8 +180,8 @@ TEST(AllMetadata, ChildrenAnswerWhetherTheyTookSomething) {
     EXPECT_EQ("none", Describe(fresh->Property(1)));
     EXPECT_EQ((COffer{true, "null"}), Offer(optional, *fresh, "<Opt><v>o</v></Opt>", kElement));
     EXPECT_EQ((COffer{true, "null"}), Offer(optionalGroup, *fresh, "<x>2</x>", kElement));
-    EXPECT_EQ("o", Describe(ObjectIn<CLeaf>(fresh->Property(0))->Property(LeafSpec::P_v)));
-    EXPECT_EQ("2", Describe(ObjectIn<CPair>(fresh->Property(1))->Property(PairSpec::P_x)));
+    EXPECT_EQ("o", Describe(ObjectIn<CLeaf>(fresh->Property(0))->Property(LeafTables::P_v)));
+    EXPECT_EQ("2", Describe(ObjectIn<CPair>(fresh->Property(1))->Property(PairTables::P_x)));
 }
 
 TEST(AllMetadata, AbstractMembersCannotBeRead) {
@@ -255,7 +255,7 @@ TEST(AllMetadata, MembersReadInAnyOrderAndWriteInTableOrder) {
     EXPECT_EQ("no exception",
               Read(*object, "<A xmlns='urn:t' pa='P'><c>c1</c><w xmlns='urn:o'/><Opt><v>o</v></Opt><u>U</u>"
                             "<f>blue</f><x>1</x><Leaf><v>l</v></Leaf><e>green</e><b>B</b><a>7</a><c>c2</c></A>"));
-    EXPECT_EQ("#2", Describe(object->Property(AllSpec::P_c)));
+    EXPECT_EQ("#2", Describe(object->Property(AllTables::P_c)));
     EXPECT_EQ("<A xmlns=\"urn:t\" pa=\"P\"><a>7</a><b>B</b><e>green</e><f>blue</f><Leaf><v>l</v></Leaf>"
               "<Opt><v>o</v></Opt><u>U</u><AA:w xmlns:AA=\"urn:o\"/><x>1</x><c>c1</c><c>c2</c></A>",
               WriteXml(*object, InT()));
@@ -286,12 +286,12 @@ TEST(AllMetadata, AbstractMembersAreWritten) {
     CSmartPtr<CAbstract> object = new CAbstract();
     CCircle* const circle = new CCircle();
     circle->SetElementName("Shape");
-    circle->Property(CircleSpec::P_r).SetI4(4);
-    object->Property(AbstractSpec::P_shape).SetXmlObject(circle);
+    circle->Property(CircleTables::P_r).SetI4(4);
+    object->Property(AbstractTables::P_shape).SetXmlObject(circle);
     EXPECT_EQ("<B xmlns=\"urn:t\"><Shape xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type=\"Circle\">"
               "<r>4</r></Shape></B>",
               WriteXml(*object, InT()));
-    object->Property(AbstractSpec::P_spare).SetXmlObject(circle);
+    object->Property(AbstractTables::P_spare).SetXmlObject(circle);
     circle->SetElementName("Circle");
     EXPECT_EQ("<B xmlns=\"urn:t\"><Circle><r>4</r></Circle><Circle><r>4</r></Circle></B>", WriteXml(*object, InT()));
 }

@@ -28,7 +28,7 @@ const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceR
 // C: a choice of a (i4), e (colour), Opt (a Leaf), Shape (abstract), w (untyped, from
 // another namespace), pc (2 to 3 strings), ec (colours as text), Many (Leafs), Shapes
 // (abstract) and rest (any elements).
-struct ChoiceSpec : CSpecDefaults {
+struct ChoiceTables : CTableDefaults {
     enum { P_a, P_e, P_opt, P_shape, P_w, P_pc, P_ec, P_many, P_shapes, P_rest, kProperties };
     static constexpr const char* kName = "C";
     static void Construct(QvVariant* properties) {
@@ -59,10 +59,10 @@ struct ChoiceSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using CChoice = CSpecClass<ChoiceSpec>;
+using CChoice = CTableClass<ChoiceTables>;
 
 // S: a strict choice, of collections with a minimum of 1 only.
-template <int Minimum> struct CollectionChoiceSpec : CSpecDefaults {
+template <int Minimum> struct CollectionChoiceTables : CTableDefaults {
     enum { P_pc, P_many, kProperties };
     static constexpr const char* kName = "S";
     static void Construct(QvVariant* properties) {
@@ -78,9 +78,9 @@ template <int Minimum> struct CollectionChoiceSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using CStrict = CSpecClass<CollectionChoiceSpec<1>>;
+using CStrict = CTableClass<CollectionChoiceTables<1>>;
 // The same with a collection of minimum 0, which lets the choice stay empty.
-using CLoose = CSpecClass<CollectionChoiceSpec<0>>;
+using CLoose = CTableClass<CollectionChoiceTables<0>>;
 
 CSmartPtr<CXmlObjectBase> CreateStrict(int /*classId*/, const char* name) {
     CSmartPtr<CXmlObjectBase> object = new CStrict();
@@ -89,7 +89,7 @@ CSmartPtr<CXmlObjectBase> CreateStrict(int /*classId*/, const char* name) {
 }
 
 // Outer: a choice of the strict S, or of t (string).
-struct OuterSpec : CSpecDefaults {
+struct OuterTables : CTableDefaults {
     enum { P_s, P_t, kProperties };
     static constexpr const char* kName = "Outer";
     static void Reset(QvVariant* properties) { properties[P_s].SetInvalid(); }
@@ -102,7 +102,7 @@ struct OuterSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using COuter = CSpecClass<OuterSpec>;
+using COuter = CTableClass<OuterTables>;
 
 std::string Read(CXmlObjectBase& object, const char* body,
                  const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
@@ -133,7 +133,7 @@ TEST(ChoiceMetadata, ChildIsStoredBeforeItIsReadAndReadAsAChoiceMember) {
     EXPECT_EQ((COffer{false, "x"}), Offer(leaf, *host, "<x/>", kElement));
     EXPECT_EQ("none", Describe(host->Property(0)));
     EXPECT_EQ((COffer{true, "x"}), Offer(leaf, *host, "<Opt><v>o</v></Opt><x/>", kElement));
-    EXPECT_EQ("o", Describe(ObjectIn<CLeaf>(host->Property(0))->Property(LeafSpec::P_v)));
+    EXPECT_EQ("o", Describe(ObjectIn<CLeaf>(host->Property(0))->Property(LeafTables::P_v)));
     // A child that fails is in the property already.
     host->Property(0).SetInvalid();
     EXPECT_EQ("Failed to process the element [Opt]\nFailed to find a required element [v]",
@@ -158,7 +158,7 @@ TEST(ChoiceMetadata, PseudoChildThatReadsNothingLeavesItsPropertyNull) {
         EXPECT_EQ("null", Describe(host->Property(0)));
     }
     EXPECT_EQ((COffer{true, "z"}), Offer(group, *host, "<x>1</x><z/>", kElement));
-    EXPECT_EQ("1", Describe(ObjectIn<CPair>(host->Property(0))->Property(PairSpec::P_x)));
+    EXPECT_EQ("1", Describe(ObjectIn<CPair>(host->Property(0))->Property(PairTables::P_x)));
 }
 
 TEST(ChoiceMetadata, AbstractChildStoresWhatTheFactoryGivesNullIncluded) {
@@ -170,7 +170,7 @@ TEST(ChoiceMetadata, AbstractChildStoresWhatTheFactoryGivesNullIncluded) {
     EXPECT_EQ((COffer{false, "Shape"}), Offer(shape, *host, "<Shape xsi:type='Square'/>", kElement));
     EXPECT_EQ("null", Describe(host->Property(0)));
     EXPECT_EQ((COffer{true, "null"}), Offer(shape, *host, "<Shape xsi:type='Circle'><r>9</r></Shape>", kPseudo));
-    EXPECT_EQ("9", Describe(ObjectIn<CCircle>(host->Property(0))->Property(CircleSpec::P_r)));
+    EXPECT_EQ("9", Describe(ObjectIn<CCircle>(host->Property(0))->Property(CircleTables::P_r)));
 }
 
 TEST(ChoiceMetadata, UntypedChildIsChosenWhenItsNamespaceFits) {
@@ -255,23 +255,23 @@ TEST(ChoiceMetadata, EachMemberReadsAndWritesBackAlone) {
         std::string body;
     };
     const Row rows[] = {
-        {ChoiceSpec::P_a, "<a>7</a>"},
-        {ChoiceSpec::P_e, "<e>blue</e>"},
-        {ChoiceSpec::P_opt, "<Opt><v>o</v></Opt>"},
-        {ChoiceSpec::P_shape, std::string("<Shape ") + xsiType + "><r>1</r></Shape>"},
-        {ChoiceSpec::P_w, "<AA:w xmlns:AA=\"urn:o\">u</AA:w>"},
-        {ChoiceSpec::P_pc, "<pc>p1</pc><pc>p2</pc>"},
-        {ChoiceSpec::P_ec, "<ec>red</ec><ec>green</ec>"},
-        {ChoiceSpec::P_many, "<Many><v>m</v></Many>"},
-        {ChoiceSpec::P_shapes, std::string("<Shapes ") + xsiType + "><r>2</r></Shapes>"},
-        {ChoiceSpec::P_rest, "<x1/><x2>v</x2>"},
+        {ChoiceTables::P_a, "<a>7</a>"},
+        {ChoiceTables::P_e, "<e>blue</e>"},
+        {ChoiceTables::P_opt, "<Opt><v>o</v></Opt>"},
+        {ChoiceTables::P_shape, std::string("<Shape ") + xsiType + "><r>1</r></Shape>"},
+        {ChoiceTables::P_w, "<AA:w xmlns:AA=\"urn:o\">u</AA:w>"},
+        {ChoiceTables::P_pc, "<pc>p1</pc><pc>p2</pc>"},
+        {ChoiceTables::P_ec, "<ec>red</ec><ec>green</ec>"},
+        {ChoiceTables::P_many, "<Many><v>m</v></Many>"},
+        {ChoiceTables::P_shapes, std::string("<Shapes ") + xsiType + "><r>2</r></Shapes>"},
+        {ChoiceTables::P_rest, "<x1/><x2>v</x2>"},
     };
     for (const Row& row : rows) {
         const std::string text = "<C xmlns=\"urn:t\">" + row.body + "</C>";
         CSmartPtr<CChoice> object = new CChoice();
         EXPECT_EQ("no exception", Read(*object, text.c_str()));
         // Members tried before the chosen one are unset; an untyped one is set to null.
-        for (int i = 0; i < ChoiceSpec::kProperties; ++i) {
+        for (int i = 0; i < ChoiceTables::kProperties; ++i) {
             const std::string value = Describe(object->Property(i));
             EXPECT_EQ(i == row.property, value != "none" && value != "#0" && value != "null") << row.body << " " << i;
         }
@@ -284,12 +284,12 @@ TEST(ChoiceMetadata, OnlyTheFirstMemberIsReadAndWritten) {
     EXPECT_EQ("Failed to process the element [C]\nFailed read all the elements held within the element [C]. The "
               "unexpected element [e] remains un processed",
               Read(*object, "<C xmlns='urn:t'><a>1</a><e>red</e></C>"));
-    object->Property(ChoiceSpec::P_e).SetI4(1);
-    CollectionIn<CPlainStringCol>(object->Property(ChoiceSpec::P_pc))->m_values = {"p"};
+    object->Property(ChoiceTables::P_e).SetI4(1);
+    CollectionIn<CPlainStringCol>(object->Property(ChoiceTables::P_pc))->m_values = {"p"};
     // a is the first member set; a collection below its minimum is written as it is.
     EXPECT_EQ("<C xmlns=\"urn:t\"><a>1</a></C>", WriteXml(*object, InT()));
-    object->Property(ChoiceSpec::P_a).SetInvalid();
-    object->Property(ChoiceSpec::P_e).SetInvalid();
+    object->Property(ChoiceTables::P_a).SetInvalid();
+    object->Property(ChoiceTables::P_e).SetInvalid();
     EXPECT_EQ("<C xmlns=\"urn:t\"><pc>p</pc></C>", WriteXml(*object, InT()));
 }
 
@@ -319,7 +319,7 @@ TEST(ChoiceMetadata, ChoiceOfCollectionsWithAMinimumIsStrictUnlessChosen) {
     // Chosen as member of another choice, it reads and writes empty.
     CSmartPtr<COuter> outer = new COuter();
     EXPECT_EQ("no exception", Read(*outer, "<Outer xmlns='urn:t'><S/></Outer>"));
-    EXPECT_EQ("<S>", Describe(outer->Property(OuterSpec::P_s)));
+    EXPECT_EQ("<S>", Describe(outer->Property(OuterTables::P_s)));
     EXPECT_EQ("<Outer xmlns=\"urn:t\"><S/></Outer>", WriteXml(*outer, InT()));
 }
 

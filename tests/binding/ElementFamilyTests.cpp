@@ -35,13 +35,13 @@ template <class Member> MakeMember Repeating() {
 TEST(ElementFamilies, PseudoChildrenWriteTheirAttributesOnTheEnclosingElement) {
     CSmartPtr<CHost> host = new CHost();
     CPair* const pair = new CPair();
-    pair->Property(PairSpec::P_pa).SetString("A");
+    pair->Property(PairTables::P_pa).SetString("A");
     host->Property(0).SetXmlObject(pair);
     CObjectCol* const pairs = new CObjectCol("Pair", CObjectCol::Kind_Pair, 0, -1);
     host->Property(1).SetXmlCollection(pairs);
     for (const char* value : {"B", "C"}) {
         CPair* const item = new CPair();
-        item->Property(PairSpec::P_pa).SetString(value);
+        item->Property(PairTables::P_pa).SetString(value);
         pairs->AppendItem(item);
     }
 

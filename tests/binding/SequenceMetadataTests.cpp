@@ -27,7 +27,7 @@ const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceR
 
 // V: p (i4, nillable), o (string), e (colour, nillable), f (colour), pc (0 to 2
 // strings), ec (any number of colours, as text).
-struct ValuesSpec : CSpecDefaults {
+struct ValuesTables : CTableDefaults {
     enum { P_p, P_o, P_e, P_f, P_pc, P_ec, kProperties };
     static constexpr const char* kName = "V";
     static void Construct(QvVariant* properties) {
@@ -47,11 +47,11 @@ struct ValuesSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using CValues = CSpecClass<ValuesSpec>;
+using CValues = CTableClass<ValuesTables>;
 
 // O: Leaf (mandatory), Opt (an optional Leaf), Many (1 to 3 Leafs), Shape (mandatory
 // abstract), Spare (optional abstract), Shapes (abstract, any number).
-struct ObjectsSpec : CSpecDefaults {
+struct ObjectsTables : CTableDefaults {
     enum { P_leaf, P_opt, P_many, P_shape, P_spare, P_shapes, kProperties };
     static constexpr const char* kName = "O";
     static void Construct(QvVariant* properties) {
@@ -76,11 +76,11 @@ struct ObjectsSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using CObjects = CSpecClass<ObjectsSpec>;
+using CObjects = CTableClass<ObjectsTables>;
 
 // G: the group Pair (mandatory, and required), Pairs (any number of Pair groups) and
 // an optional z. Its element carries the attributes of the groups.
-struct GroupsSpec : CSpecDefaults {
+struct GroupsTables : CTableDefaults {
     enum { P_pair, P_pairs, P_z, kProperties };
     static constexpr const char* kName = "G";
     static void Construct(QvVariant* properties) {
@@ -97,11 +97,11 @@ struct GroupsSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using CGroups = CSpecClass<GroupsSpec>;
+using CGroups = CTableClass<GroupsTables>;
 
 // U: any (any element, mandatory), w (optional, from another namespace than kNs),
 // rest (any number of elements of any name).
-struct OpenSpec : CSpecDefaults {
+struct OpenTables : CTableDefaults {
     enum { P_any, P_w, P_rest, kProperties };
     static constexpr const char* kName = "U";
     static void Construct(QvVariant* properties) {
@@ -119,7 +119,7 @@ struct OpenSpec : CSpecDefaults {
         attributes = MakeTable<CAttributeInfo>({});
     }
 };
-using COpen = CSpecClass<OpenSpec>;
+using COpen = CTableClass<OpenTables>;
 
 std::string Read(CXmlObjectBase& object, const char* body,
                  const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
@@ -218,14 +218,14 @@ TEST(SequenceMetadata, MandatoryChildWithItsOwnTagIsReadIntoTheExistingObject) {
     CSmartPtr<CHost> host = new CHost();
     CLeaf* const leaf = new CLeaf();
     host->Property(0).SetXmlObject(leaf);
-    leaf->Property(LeafSpec::P_v).SetString("old");
+    leaf->Property(LeafTables::P_v).SetString("old");
     CElementInfoSeqClsMnd info("Leaf", kNs, 0, kElement, nullptr, 0, false);
     EXPECT_EQ((COffer{true, "x"}), Offer(info, *host, "<Leaf><v>new</v></Leaf><x/>", kElement));
-    EXPECT_EQ("new", Describe(leaf->Property(LeafSpec::P_v)));
+    EXPECT_EQ("new", Describe(leaf->Property(LeafTables::P_v)));
     EXPECT_EQ((COffer{true, "null"}), Offer(info, *host, "<x/><Leaf><v>x</v></Leaf>", kElement, IgnoringUnknown()));
-    leaf->Property(LeafSpec::P_v).SetString("old");
+    leaf->Property(LeafTables::P_v).SetString("old");
     EXPECT_EQ((COffer{true, "x"}), Offer(info, *host, "<x/>", kElement, IgnoringMissing()));
-    EXPECT_EQ("old", Describe(leaf->Property(LeafSpec::P_v)));
+    EXPECT_EQ("old", Describe(leaf->Property(LeafTables::P_v)));
     EXPECT_EQ((COffer{false, "x"}), Offer(info, *host, "<x/><Leaf/>", kPseudo, IgnoringUnknown()));
     EXPECT_EQ("Failed to find a required element [Leaf]", FailureOf([&] { Offer(info, *host, "<x/>", kElement); }));
     EXPECT_EQ(leaf, host->Property(0).GetXmlObject().Get());
@@ -274,8 +274,8 @@ TEST(SequenceMetadata, OptionalChildIsCreatedOnlyWhenItsElementOrGroupIsThere) {
     EXPECT_EQ((COffer{true, "x"}), Offer(own, *host, "<Opt><v>b</v></Opt><x/>", kElement));
     EXPECT_EQ((COffer{true, "z"}), Offer(group, *host, "<x>1</x><y>2</y><z/>", kPseudo));
     EXPECT_EQ("<Opt>", Describe(host->Property(0)));
-    EXPECT_EQ("b", Describe(ObjectIn<CLeaf>(host->Property(0))->Property(LeafSpec::P_v)));
-    EXPECT_EQ("2", Describe(ObjectIn<CPair>(host->Property(1))->Property(PairSpec::P_y)));
+    EXPECT_EQ("b", Describe(ObjectIn<CLeaf>(host->Property(0))->Property(LeafTables::P_v)));
+    EXPECT_EQ("2", Describe(ObjectIn<CPair>(host->Property(1))->Property(PairTables::P_y)));
 
     CElementInfoSeqClsOpt uncreatable("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_None);
     EXPECT_EQ("The class 99 of the element [Opt] could not be created",
@@ -292,7 +292,7 @@ TEST(SequenceMetadata, AbstractChildIsMadeFromTheElementAndIgnoresTheSettings) {
         EXPECT_EQ((COffer{true, "x"}), Offer(*info, *host, circle, kPseudo));
     }
     EXPECT_EQ("<Shape>", Describe(host->Property(0)));
-    EXPECT_EQ("3", Describe(ObjectIn<CCircle>(host->Property(1))->Property(CircleSpec::P_r)));
+    EXPECT_EQ("3", Describe(ObjectIn<CCircle>(host->Property(1))->Property(CircleTables::P_r)));
 
     host->Property(1).SetInvalid();
     EXPECT_EQ((COffer{true, "Shape"}), Offer(optional, *host, "<Shape xsi:type='Square'/>", kElement));
@@ -468,18 +468,18 @@ TEST(SequenceMetadata, GroupsReadFromTheEnclosingElementAndWriteTheirAttributesT
     CSmartPtr<CGroups> groups = new CGroups();
     EXPECT_EQ("no exception", Read(*groups, "<G xmlns='urn:t' pa='A'><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y>"
                                             "<z>6</z></G>"));
-    CPair* const pair = ObjectIn<CPair>(groups->Property(GroupsSpec::P_pair));
-    EXPECT_EQ("A", Describe(pair->Property(PairSpec::P_pa)));
-    CObjectCol* const pairs = CollectionIn<CObjectCol>(groups->Property(GroupsSpec::P_pairs));
+    CPair* const pair = ObjectIn<CPair>(groups->Property(GroupsTables::P_pair));
+    EXPECT_EQ("A", Describe(pair->Property(PairTables::P_pa)));
+    CObjectCol* const pairs = CollectionIn<CObjectCol>(groups->Property(GroupsTables::P_pairs));
     ASSERT_EQ(2, pairs->GetCount());
     // Every group read the attribute of the element; each writes what it holds.
-    EXPECT_EQ("A", Describe(static_cast<CPair*>(pairs->Item(1))->Property(PairSpec::P_pa)));
-    static_cast<CPair*>(pairs->Item(0))->Property(PairSpec::P_pa).SetInvalid();
-    static_cast<CPair*>(pairs->Item(1))->Property(PairSpec::P_pa).SetInvalid();
+    EXPECT_EQ("A", Describe(static_cast<CPair*>(pairs->Item(1))->Property(PairTables::P_pa)));
+    static_cast<CPair*>(pairs->Item(0))->Property(PairTables::P_pa).SetInvalid();
+    static_cast<CPair*>(pairs->Item(1))->Property(PairTables::P_pa).SetInvalid();
     EXPECT_EQ("<G xmlns=\"urn:t\" pa=\"A\"><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y><z>6</z></G>",
               WriteXml(*groups, InT()));
-    pair->Property(PairSpec::P_pa).SetInvalid();
-    static_cast<CPair*>(pairs->Item(1))->Property(PairSpec::P_pa).SetString("B");
+    pair->Property(PairTables::P_pa).SetInvalid();
+    static_cast<CPair*>(pairs->Item(1))->Property(PairTables::P_pa).SetString("B");
     EXPECT_EQ("<G xmlns=\"urn:t\" pa=\"B\"><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y><z>6</z></G>",
               WriteXml(*groups, InT()));
 
@@ -494,12 +494,12 @@ TEST(SequenceMetadata, OpenContentReadsAndWritesBack) {
         "<U xmlns=\"urn:t\"><first a=\"1\">t</first><AA:w xmlns:AA=\"urn:o\">u</AA:w><r1/><r2>v</r2></U>";
     CSmartPtr<COpen> open = new COpen();
     EXPECT_EQ("no exception", Read(*open, text.c_str()));
-    EXPECT_EQ("#2", Describe(open->Property(OpenSpec::P_rest)));
+    EXPECT_EQ("#2", Describe(open->Property(OpenTables::P_rest)));
     EXPECT_EQ(text, WriteXml(*open, InT()));
 
     // w of kNs is refused by "##other": the collection takes it.
     EXPECT_EQ("no exception", Read(*open, "<U xmlns='urn:t'><first/><w/></U>"));
-    EXPECT_EQ("none", Describe(open->Property(OpenSpec::P_w)));
+    EXPECT_EQ("none", Describe(open->Property(OpenTables::P_w)));
     EXPECT_EQ("Failed to process the element [U]\nFailed to find a required element [AnyElement]",
               Read(*open, "<U xmlns='urn:t'/>"));
 }

@@ -55,13 +55,13 @@ void CPlainStringCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char*
     }
 }
 
-void LeafSpec::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+void LeafTables::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = MakeParent(XmlElementGroupType_Sequence, kName);
     elements = MakeTable<CElementInfo>({MandatoryString("v", P_v)});
     attributes = MakeTable<CAttributeInfo>({});
 }
 
-void PairSpec::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+void PairTables::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = MakeParent(XmlElementGroupType_Sequence, kName, XmlElementType_Pseudo, false);
     elements = MakeTable<CElementInfo>(
         {MandatoryString("x", P_x),
@@ -70,7 +70,7 @@ void PairSpec::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAtt
     attributes = MakeTable<CAttributeInfo>({new CTestAttribute("pa", "", P_pa, true, ItemType_string)});
 }
 
-void CircleSpec::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+void CircleTables::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = MakeParent(XmlElementGroupType_Sequence, kName, XmlElementType_Element, true, true);
     elements = MakeTable<CElementInfo>(
         {new CElementInfoSeqPrimMnd("r", kNs, P_r, false, ItemType_i4, nullptr,
@@ -130,7 +130,7 @@ CXmlElement* CObjectCol::FromXml_Int(CXmlElement* parent, CXmlElement* first, co
     return element;
 }
 
-void HostSpec::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+void HostTables::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = MakeParent(XmlElementGroupType_Sequence, kName);
     elements = MakeTable<CElementInfo>({});
     attributes = MakeTable<CAttributeInfo>({});

@@ -1,7 +1,7 @@
 #pragma once
 
 // Support for the tests of the sequence, all and choice element metadata: a generated
-// class whose tables a test describes in a small spec struct, table helpers, an
+// class whose tables a test describes in a small struct, table helpers, an
 // enumeration, a collection of strings, and a few small classes to serve as children:
 // a leaf with a tag of its own, its collection, a pseudo group, and an abstract shape
 // whose class is found from xsi:type. All elements are in the namespace kNs.
@@ -38,29 +38,30 @@ MakeParent(QvXmlLib10Data::XmlElementGroupType group, const char* name,
            QvXmlLib10Data::XmlElementType type = QvXmlLib10Data::XmlElementType_Element,
            bool reportUnknownAttributes = true, bool writeTypeForOtherName = false);
 
-// Defaults of a spec: nothing to create in the constructor, nothing to reset beyond
-// the values (optional child objects, which Init drops, are named by the spec).
-struct CSpecDefaults {
+// Defaults of a table struct: nothing to create in the constructor, nothing to reset beyond
+// the values (optional child objects, which Init drops, are named by the struct).
+struct CTableDefaults {
     static void Construct(QvXmlLib10::QvVariant* /*properties*/) {}
     static void Reset(QvXmlLib10::QvVariant* /*properties*/) {}
 };
 
-// A generated class described by `Spec`, which supplies kName, kProperties, Build (the
+// A generated class described by `Definition`, which supplies kName, kProperties, Build (the
 // tables), Construct (mandatory children and collections) and Reset (what Init clears
 // beyond the values).
-template <class Spec> class CSpecClass : public CTestGenerated<CSpecClass<Spec>, Spec::kProperties> {
+template <class Definition>
+class CTableClass : public CTestGenerated<CTableClass<Definition>, Definition::kProperties> {
 public:
-    CSpecClass() {
-        this->SetElementName(Spec::kName);
-        Spec::Construct(this->m_properties);
+    CTableClass() {
+        this->SetElementName(Definition::kName);
+        Definition::Construct(this->m_properties);
     }
     void Init() override {
         this->ResetValues();
-        Spec::Reset(this->m_properties);
+        Definition::Reset(this->m_properties);
     }
     static void BuildMetaData(QvXmlLib10Data::CParentElementInfo*& parent, QvXmlLib10Data::CElementInfo**& elements,
                               QvXmlLib10Data::CAttributeInfo**& attributes) {
-        Spec::Build(parent, elements, attributes);
+        Definition::Build(parent, elements, attributes);
     }
 };
 
@@ -105,33 +106,33 @@ protected:
 };
 
 // Leaf: one mandatory string v, with a tag of its own.
-struct LeafSpec : CSpecDefaults {
+struct LeafTables : CTableDefaults {
     enum { P_v, kProperties };
     static constexpr const char* kName = "Leaf";
     static void Build(QvXmlLib10Data::CParentElementInfo*&, QvXmlLib10Data::CElementInfo**&,
                       QvXmlLib10Data::CAttributeInfo**&);
 };
-using CLeaf = CSpecClass<LeafSpec>;
+using CLeaf = CTableClass<LeafTables>;
 
 // Pair: a pseudo sequence of x (mandatory string) and y (optional string), with the
 // optional attribute pa that lands on the enclosing element.
-struct PairSpec : CSpecDefaults {
+struct PairTables : CTableDefaults {
     enum { P_x, P_y, P_pa, kProperties };
     static constexpr const char* kName = "Pair";
     static void Build(QvXmlLib10Data::CParentElementInfo*&, QvXmlLib10Data::CElementInfo**&,
                       QvXmlLib10Data::CAttributeInfo**&);
 };
-using CPair = CSpecClass<PairSpec>;
+using CPair = CTableClass<PairTables>;
 
 // Circle: the one concrete class of the abstract Shape, with a mandatory i4 r. Under
 // another element name it writes its type.
-struct CircleSpec : CSpecDefaults {
+struct CircleTables : CTableDefaults {
     enum { P_r, kProperties };
     static constexpr const char* kName = "Circle";
     static void Build(QvXmlLib10Data::CParentElementInfo*&, QvXmlLib10Data::CElementInfo**&,
                       QvXmlLib10Data::CAttributeInfo**&);
 };
-using CCircle = CSpecClass<CircleSpec>;
+using CCircle = CTableClass<CircleTables>;
 
 // Class numbers for CreateFamilyObject.
 enum FamilyClassId { FamilyClass_Leaf = 1, FamilyClass_Pair = 2, FamilyClass_None = 99 };
@@ -164,13 +165,13 @@ private:
 
 // A host for one member under test: a class with empty tables, element r, and
 // properties 0 and 1 for the member to read and write.
-struct HostSpec : CSpecDefaults {
+struct HostTables : CTableDefaults {
     enum { kProperties = 2 };
     static constexpr const char* kName = "r";
     static void Build(QvXmlLib10Data::CParentElementInfo*&, QvXmlLib10Data::CElementInfo**&,
                       QvXmlLib10Data::CAttributeInfo**&);
 };
-using CHost = CSpecClass<HostSpec>;
+using CHost = CTableClass<HostTables>;
 
 // What one offer of the cursor gave: the answer, and the local name of the element
 // the cursor then stands on ("null" at the end).
