@@ -17,14 +17,6 @@ const std::string* TypeAttribute(const CXmlElement* element) {
     return nullptr;
 }
 
-// The document an element belongs to, as the tree tells it; null for an element made
-// without a document, and for all elements while the tree has no such accessor.
-template <typename Element>
-auto OwnerDocument(const Element* element, int) -> decltype(element->GetOwnerDocument()) {
-    return element->GetOwnerDocument();
-}
-template <typename Element> const CXmlDocument* OwnerDocument(const Element* /*element*/, long) { return nullptr; }
-
 } // namespace
 
 CClassfactoryBase::CClassfactoryBase() {}
@@ -45,7 +37,7 @@ std::string CClassfactoryBase::GetElementTypeNamespaceUri(CXmlElement* element) 
     if (colon == std::string::npos) return element->GetNamespaceURI();
 
     // The document's alias map is flat: the prefix's last declaration anywhere counts.
-    if (const CXmlDocument* const document = OwnerDocument(element, 0)) {
+    if (const CXmlDocument* const document = element->GetOwnerDocument()) {
         std::string namespaceUri = document->LookupNamespaceFromAlias(type->substr(0, colon).c_str());
         if (!namespaceUri.empty()) return namespaceUri;
     }

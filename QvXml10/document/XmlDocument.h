@@ -183,6 +183,11 @@ public:
 private:
     friend class CXmlDocument;
     friend class CExpatReader;
+    friend class CClassfactoryBase;
+
+    // The document the element belongs to (null for one made without a document): the
+    // class factory resolves an xsi:type prefix through its alias map.
+    const CXmlDocument* GetOwnerDocument() const { return m_pName->document; }
 
     // An element of a document with its names, made in the document's node pool.
     CXmlElement(const CXmlDocument* /*document*/, const CXmlDocument::CName* name)

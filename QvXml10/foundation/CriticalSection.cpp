@@ -2,10 +2,6 @@
 
 namespace QvXmlLib10 {
 
-CInstanceMonitor::CInstanceMonitor(const char* /*label*/) {}
-
-CInstanceMonitor::~CInstanceMonitor() {}
-
 CQVCriticalSection::CQVCriticalSection() { pthread_mutex_init(&m_mutex, nullptr); }
 
 CQVCriticalSection::CQVCriticalSection(const CQVCriticalSection&) { pthread_mutex_init(&m_mutex, nullptr); }

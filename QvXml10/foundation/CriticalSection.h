@@ -8,8 +8,8 @@ namespace QvXmlLib10 {
 // accepted for compatibility and not stored.
 class CInstanceMonitor {
 public:
-    explicit CInstanceMonitor(const char* label);
-    virtual ~CInstanceMonitor();
+    explicit CInstanceMonitor(const char* /*label*/) {}
+    virtual ~CInstanceMonitor() = default;
 };
 
 // Non-recursive mutex. A copy is a new, unlocked mutex: the lock guards the

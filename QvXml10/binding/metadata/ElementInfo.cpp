@@ -71,6 +71,8 @@ bool CElementInfo::ElementToXmlCls(const CXmlSerializationContext& context, cons
                                    CXmlWriter* writer, bool isChoiceMember) const {
     QvVariant value;
     ReadProperty(object, value);
+    // The variant's getters do not check the kind: anything but an object counts as none.
+    if (value.GetItemType() != ItemType_XmlObject || value.IsNil()) return false;
     const CSmartPtr<CXmlObjectBase> child = value.GetXmlObject();
     if (!child) return false;
     CXmlObjectBase::ToXml_Int(child, writer, false, m_namespaceUri.c_str(), context, isChoiceMember);
@@ -81,6 +83,7 @@ bool CElementInfo::ElementToXmlCol(const CXmlSerializationContext& context, cons
                                    CXmlWriter* writer) const {
     QvVariant value;
     ReadProperty(object, value);
+    if (value.GetItemType() != ItemType_XmlCollection || value.IsNil()) return false;
     const CSmartPtr<CXmlCollectionBase> collection = value.GetXmlCollection();
     if (!collection || collection->GetCount() <= 0) return false;
     CXmlObjectBase::ToXml_Int(collection->GetBase(), writer, false, m_namespaceUri.c_str(), context, false);
