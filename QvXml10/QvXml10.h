@@ -35,6 +35,8 @@
 #include "binding/metadata/AttributeInfo.h"
 #include "binding/metadata/AttributeInfoKinds.h"
 #include "binding/metadata/SequenceElementInfo.h"
+#include "binding/metadata/AllElementInfo.h"
+#include "binding/metadata/ChoiceElementInfo.h"
 
 #include "collections/XmlCollection.h"
 #include "collections/Element.h"
