@@ -1,0 +1,164 @@
+// Reading and writing purchase orders through the example's classes, against expat's
+// raw parse of the same text.
+
+#include "BenchSupport.h"
+
+#include <QvXml10.h>
+
+#include "orders/Orders.h"
+
+#include <benchmark/benchmark.h>
+#include <expat.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+
+using namespace QvXmlLib10;
+using namespace PurchaseOrders;
+using namespace QvXmlBench;
+
+namespace {
+
+const size_t SIZES[] = {1 << 20, 10 << 20};
+
+// Output as the documents are written: the schema's namespace as default namespace,
+// the instance and tracking namespaces declared on the root.
+CXmlSerializationContext OrderContext() {
+    CXmlSerializationContext context;
+    context.SetDefaultNamespaceURI(TARGET_NAMESPACE);
+    context.GetNamespaceAliases().Add("xsi", "http://www.w3.org/2001/XMLSchema-instance");
+    context.GetNamespaceAliases().Add("trk", "urn:example:tracking");
+    return context;
+}
+
+// An order of about `bytes` bytes of text, built in code: many lines, some with a gift
+// note or a nil one, a card payment and a few open elements and attributes.
+CSmartPtr<CPurchaseOrder> BuildOrder(size_t bytes) {
+    CSmartPtr<CPurchaseOrder> order(new CPurchaseOrder());
+    order->SetId("PO-2026-0042");
+    order->SetStatus(OrderStatus_confirmed);
+    order->SetExpress(true);
+    order->GetAnyAttributes()->Add("source", "web-shop", "urn:example:tracking");
+    order->GetBusinessDocument()->SetIssuedBy("Order desk, Zurich");
+    order->GetBusinessDocument()->SetReference("REF-7781");
+    order->GetCustomer()->SetName("Ada Lovelace");
+    order->GetCustomer()->SetAccount(100234);
+    order->GetCustomer()->SetVip(true);
+    CAddress* address = new CAddress();
+    address->SetStreet("12 St James's Square");
+    address->SetCity("London");
+    address->SetPostcode("SW1Y 4JH");
+    address->GetContact()->SetEmail("ada@example.org");
+    address->GetContact()->SetPhone("+44 20 7946 0000");
+    order->GetPurchaseOrderChoice()->SetShipTo(address);
+    // A line is about 214 bytes of text.
+    const long lines = static_cast<long>(bytes / 214);
+    long long total = 0;
+    for (long n = 1; n <= lines; ++n) {
+        CLine* line = new CLine();
+        line->SetNumber(n);
+        char sku[16];
+        std::snprintf(sku, sizeof sku, "%c%c-%04ld", 'A' + static_cast<char>(n % 26),
+                      'A' + static_cast<char>((n / 26) % 26), n % 10000);
+        line->SetSku(sku);
+        line->SetDescription("Difference engine gears & cams, set number " + std::to_string(n));
+        line->SetQuantity(1 + n % 20);
+        line->SetUnitPriceCents(125 + n % 997);
+        if (n % 5 == 0) line->SetGiftNote("With best wishes from the analytical engine team");
+        if (n % 7 == 0) line->SetGiftNoteNil();
+        total += line->GetQuantity() * line->GetUnitPriceCents();
+        order->GetLines()->Add(line);
+    }
+    order->SetComment("Deliver to the back door between 9 and 17 o'clock.");
+    CCardPayment* payment = new CCardPayment();
+    payment->SetAmountCents(total);
+    payment->SetCardHolder("A. Lovelace");
+    payment->SetLast4("1815");
+    order->SetPayment(payment);
+    for (int n = 0; n < 3; ++n) {
+        const CSmartPtr<CElement> parcel = order->GetAnyElements()->Add("parcel", "urn:example:tracking");
+        parcel->SetText(("RM-000-" + std::to_string(1815 + n)).c_str());
+        parcel->GetAttributes()->Add("carrier", "Royal Mail", "");
+    }
+    return order;
+}
+
+// The text of the order of about `bytes` bytes, as ToXml writes it.
+const std::string& OrderText(size_t bytes) {
+    static std::map<size_t, std::string> texts;
+    std::string& text = texts[bytes];
+    if (text.empty()) text = BuildOrder(bytes)->ToXml(true, true, EOLType_LF, OrderContext());
+    return text;
+}
+
+void XMLCALL NoStart(void*, const XML_Char*, const XML_Char**) {}
+void XMLCALL NoEnd(void*, const XML_Char*) {}
+void XMLCALL NoText(void*, const XML_Char*, int) {}
+void XMLCALL NoNamespaceStart(void*, const XML_Char*, const XML_Char*) {}
+void XMLCALL NoNamespaceEnd(void*, const XML_Char*) {}
+
+void BM_OrderExpatRawParse(benchmark::State& state) {
+    const std::string& text = OrderText(static_cast<size_t>(state.range(0)));
+    for (auto _ : state) {
+        XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
+        XML_SetElementHandler(parser, NoStart, NoEnd);
+        XML_SetNamespaceDeclHandler(parser, NoNamespaceStart, NoNamespaceEnd);
+        XML_SetCharacterDataHandler(parser, NoText);
+        if (XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1) != XML_STATUS_OK)
+            state.SkipWithError("expat failed");
+        XML_ParserFree(parser);
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+
+void BM_OrderFromXml(benchmark::State& state) {
+    const std::string& text = OrderText(static_cast<size_t>(state.range(0)));
+    CPurchaseOrder order;
+    for (auto _ : state) {
+        order.FromXml(text.c_str());
+        benchmark::DoNotOptimize(order.GetLines()->GetCount());
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+
+void BM_OrderToXml(benchmark::State& state) {
+    const std::string& text = OrderText(static_cast<size_t>(state.range(0)));
+    CPurchaseOrder order;
+    order.FromXml(text.c_str());
+    const CXmlSerializationContext context = OrderContext();
+    for (auto _ : state) {
+        const std::string written = order.ToXml(true, true, EOLType_LF, context);
+        if (written.size() != text.size()) state.SkipWithError("the order was written otherwise");
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+
+BENCHMARK(BM_OrderExpatRawParse)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OrderFromXml)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OrderToXml)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
+
+const bool registered =
+    (AddReport([] {
+         auto& t = Timings();
+         bool header = false;
+         for (size_t size : SIZES) {
+             const std::string suffix = "/" + std::to_string(size);
+             if (!t.count("BM_OrderExpatRawParse" + suffix)) continue;
+             if (!header) {
+                 std::printf("Purchase orders through the generated classes against expat's raw parse, same run:\n");
+                 header = true;
+             }
+             const double raw = t["BM_OrderExpatRawParse" + suffix];
+             if (t.count("BM_OrderFromXml" + suffix))
+                 std::printf("  %5.1f MB: FromXml throughput ratio %.2f (target at least 0.35)\n", size / 1048576.0,
+                             raw / t["BM_OrderFromXml" + suffix]);
+             if (t.count("BM_OrderToXml" + suffix))
+                 std::printf("  %5.1f MB: ToXml throughput ratio %.2f (target at least 0.50)\n", size / 1048576.0,
+                             raw / t["BM_OrderToXml" + suffix]);
+         }
+         CleanOrdersMetaData();
+     }),
+     true);
+
+} // namespace
