@@ -51,7 +51,8 @@ void PrintSummary(const CPurchaseOrder& order) {
     std::printf("Purchase order %s: status %s, priority %ld, %s, version %ld\n", order.GetId().c_str(),
                 OrderStatusToText(order.GetStatus()), order.GetPriority(), order.GetExpress() ? "express" : "standard",
                 document.GetVersion());
-    std::printf("  issued by    %s%s%s\n", document.GetIssuedBy().c_str(), document.HasReference() ? ", reference " : "",
+    std::printf("  issued by    %s%s%s\n", document.GetIssuedBy().c_str(),
+                document.HasReference() ? ", reference " : "",
                 document.HasReference() ? document.GetReference().c_str() : "");
 
     const CCustomer& customer = *order.GetCustomer();
@@ -153,8 +154,7 @@ int main(int argc, char** argv) {
     // The user's locale if it is UTF-8; otherwise text passes as UTF-8 bytes.
     std::setlocale(LC_ALL, "");
     const char* codeset = nl_langinfo(CODESET);
-    if (codeset == nullptr || (strcasecmp(codeset, "UTF-8") != 0 && strcasecmp(codeset, "utf8") != 0))
-        ASCIIOnly(true);
+    if (codeset == nullptr || (strcasecmp(codeset, "UTF-8") != 0 && strcasecmp(codeset, "utf8") != 0)) ASCIIOnly(true);
 
     const std::string path = argc > 1 ? argv[1] : std::string(QVXML_EXAMPLE_DIR) + "/orders/order.xml";
     int result = 0;

@@ -63,4 +63,3 @@ void CAddress::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elemen
 }
 
 } // namespace PurchaseOrders
-

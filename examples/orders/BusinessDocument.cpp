@@ -48,8 +48,8 @@ void CBusinessDocument::BuildMetaData(CParentElementInfo*& parent, CElementInfo*
     elements = MakeTable<CElementInfo>({
         new CElementInfoSeqPrimMnd("issuedBy", TARGET_NAMESPACE, Property_issuedBy, false, ItemType_string, nullptr,
                                    CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
-        new CElementInfoSeqPrimOpt("reference", TARGET_NAMESPACE, Property_reference, false, ItemType_string,
-                                   nullptr, CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
+        new CElementInfoSeqPrimOpt("reference", TARGET_NAMESPACE, Property_reference, false, ItemType_string, nullptr,
+                                   CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
     });
     attributes = MakeTable<CAttributeInfo>({
         new CAttributeInfoPrimitive("version", "", Property_version, true, ItemType_i4, nullptr,

@@ -41,8 +41,8 @@ void CCustomer::Init() {
 }
 
 void CCustomer::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = new CParentElementInfo(XmlElementGroupType_All, XmlElementType_Element, "Customer", TARGET_NAMESPACE,
-                                    true, false, -1, ItemType_Invalid, nullptr, false);
+    parent = new CParentElementInfo(XmlElementGroupType_All, XmlElementType_Element, "Customer", TARGET_NAMESPACE, true,
+                                    false, -1, ItemType_Invalid, nullptr, false);
     elements = MakeTable<CElementInfo>({
         new CElementInfoAllPrimMnd("name", TARGET_NAMESPACE, Property_name, false, ItemType_string, nullptr,
                                    CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),

@@ -78,13 +78,13 @@ void CLine::Init() {
 }
 
 void CLine::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = new CParentElementInfo(XmlElementGroupType_Sequence, XmlElementType_Element, "Line", TARGET_NAMESPACE, true,
-                                    false, -1, ItemType_Invalid, nullptr, false);
+    parent = new CParentElementInfo(XmlElementGroupType_Sequence, XmlElementType_Element, "Line", TARGET_NAMESPACE,
+                                    true, false, -1, ItemType_Invalid, nullptr, false);
     elements = MakeTable<CElementInfo>({
-        new CElementInfoSeqPrimMnd("sku", TARGET_NAMESPACE, Property_sku, false, ItemType_string, nullptr,
-                                   CWhitespaceUtils::WhitespaceRule_Preserve,
-                                   CPrimitiveRestrictions("[A-Z]{2}-\\d{4}", -1, -1, nullptr, nullptr, nullptr,
-                                                          nullptr, -1)),
+        new CElementInfoSeqPrimMnd(
+            "sku", TARGET_NAMESPACE, Property_sku, false, ItemType_string, nullptr,
+            CWhitespaceUtils::WhitespaceRule_Preserve,
+            CPrimitiveRestrictions("[A-Z]{2}-\\d{4}", -1, -1, nullptr, nullptr, nullptr, nullptr, -1)),
         new CElementInfoSeqPrimMnd("description", TARGET_NAMESPACE, Property_description, false, ItemType_string,
                                    nullptr, CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
         new CElementInfoSeqPrimMnd("quantity", TARGET_NAMESPACE, Property_quantity, false, ItemType_i4, nullptr,

@@ -31,8 +31,7 @@ int TextToOrderStatus(const char* text) {
 }
 
 void ThrowNoValue(const char* className, const char* propertyName) {
-    throw CQvInvalidStateException(
-        FormatString("The Property [%s] of %s has no value", propertyName, className));
+    throw CQvInvalidStateException(FormatString("The Property [%s] of %s has no value", propertyName, className));
 }
 
 void ThrowNoProperty(const char* className, int propertyIndex) {

@@ -38,8 +38,7 @@ int TextToOrderStatus(const char* text);
 // back, after which the next use builds them again.
 class CClassTables {
 public:
-    typedef void (*BuildFunction)(QvXmlLib10Data::CParentElementInfo*& parent,
-                                  QvXmlLib10Data::CElementInfo**& elements,
+    typedef void (*BuildFunction)(QvXmlLib10Data::CParentElementInfo*& parent, QvXmlLib10Data::CElementInfo**& elements,
                                   QvXmlLib10Data::CAttributeInfo**& attributes);
 
     constexpr CClassTables() = default;
@@ -67,7 +66,8 @@ private:
 template <typename Entry> Entry** MakeTable(std::initializer_list<Entry*> entries) {
     Entry** table = new Entry*[entries.size() + 1];
     Entry** next = table;
-    for (Entry* entry : entries) *next++ = entry;
+    for (Entry* entry : entries)
+        *next++ = entry;
     *next = nullptr;
     return table;
 }

@@ -55,8 +55,8 @@ void CCardPayment::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& el
                                     TARGET_NAMESPACE, true, true, -1, ItemType_Invalid, nullptr, false);
     elements = MakeTable<CElementInfo>({
         NewAmountCentsInfo(),
-        new CElementInfoSeqPrimMnd("cardHolder", TARGET_NAMESPACE, Property_cardHolder, false, ItemType_string,
-                                   nullptr, CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
+        new CElementInfoSeqPrimMnd("cardHolder", TARGET_NAMESPACE, Property_cardHolder, false, ItemType_string, nullptr,
+                                   CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
         new CElementInfoSeqPrimMnd("last4", TARGET_NAMESPACE, Property_last4, false, ItemType_string, nullptr,
                                    CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
     });

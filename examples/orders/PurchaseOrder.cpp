@@ -107,9 +107,8 @@ void CPurchaseOrderChoice::BuildMetaData(CParentElementInfo*& parent, CElementIn
 CClassTables CPurchaseOrder::s_tables;
 
 CPurchaseOrder::CPurchaseOrder()
-    : m_anyAttributes(new CAttributeCol("", "##other", TARGET_NAMESPACE)),
-      m_businessDocument(new CBusinessDocument()), m_customer(new CCustomer()),
-      m_purchaseOrderChoice(new CPurchaseOrderChoice()), m_lines(new CLineCol()),
+    : m_anyAttributes(new CAttributeCol("", "##other", TARGET_NAMESPACE)), m_businessDocument(new CBusinessDocument()),
+      m_customer(new CCustomer()), m_purchaseOrderChoice(new CPurchaseOrderChoice()), m_lines(new CLineCol()),
       m_anyElements(new CElementCol("", "##other", TARGET_NAMESPACE, 0, -1)) {
     SetElementName("purchaseOrder");
 }

@@ -16,8 +16,9 @@ namespace OrderTests {
 namespace {
 
 // What Written() gives for an order read from COrderText's parts, up to the payment.
-const char ROOT_WRITTEN[] = "<purchaseOrder xmlns=\"urn:example:purchase-orders\" "
-                            "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xmlns:trk=\"urn:example:tracking\"";
+const char ROOT_WRITTEN[] =
+    "<purchaseOrder xmlns=\"urn:example:purchase-orders\" "
+    "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xmlns:trk=\"urn:example:tracking\"";
 
 class OrderFeatureTest : public OrderTest {
 protected:
@@ -78,14 +79,15 @@ TEST_F(OrderFeatureTest, PaymentClassComesFromTheTypeAndIsWrittenBack) {
         Read(text);
         std::string describe = "none";
         if (const auto* card = dynamic_cast<const CCardPayment*>(m_order.GetPayment()))
-            describe = "card " + std::to_string(card->GetAmountCents()) + " " + card->GetCardHolder() + " " +
-                       card->GetLast4();
+            describe =
+                "card " + std::to_string(card->GetAmountCents()) + " " + card->GetCardHolder() + " " + card->GetLast4();
         else if (const auto* invoice = dynamic_cast<const CInvoicePayment*>(m_order.GetPayment()))
-            describe = "invoice " + std::to_string(invoice->GetAmountCents()) + " " +
-                       std::to_string(invoice->GetDueDays());
+            describe =
+                "invoice " + std::to_string(invoice->GetAmountCents()) + " " + std::to_string(invoice->GetDueDays());
         EXPECT_EQ(c.describe, describe);
         const std::string written = Written(m_order);
-        EXPECT_NE(std::string::npos, written.find(std::string("<comment>none</comment>") + c.written + "</purchaseOrder>"))
+        EXPECT_NE(std::string::npos,
+                  written.find(std::string("<comment>none</comment>") + c.written + "</purchaseOrder>"))
             << written;
     }
 }
@@ -125,8 +127,7 @@ TEST_F(OrderFeatureTest, TypeAttributeCanBeLeftOutOfTheOutput) {
     CXmlSerializationContext context = Readable();
     context.SetWriteTypeAttribute(false);
     const std::string written = Written(m_order, context);
-    EXPECT_NE(std::string::npos,
-              written.find("<payment><amountCents>300</amountCents><dueDays>30</dueDays></payment>"))
+    EXPECT_NE(std::string::npos, written.find("<payment><amountCents>300</amountCents><dueDays>30</dueDays></payment>"))
         << written;
     // Without its type the payment cannot be read back.
     CPurchaseOrder other;
@@ -160,7 +161,7 @@ TEST_F(OrderFeatureTest, NillableElementsKeepNilApartFromAbsentAndEmpty) {
         Read(text);
         const CLine& line = *m_order.GetLines()->Item(0);
         const std::string comment = m_order.IsCommentNil() ? "nil" : "text [" + m_order.GetComment() + "]";
-        const std::string giftNote = line.IsGiftNoteNil()    ? "nil"
+        const std::string giftNote = line.IsGiftNoteNil() ? "nil"
                                      : line.HasGiftNote() ? "text [" + line.GetGiftNote() + "]"
                                                           : "absent";
         EXPECT_EQ(c.describe, comment + ", " + giftNote);

@@ -68,7 +68,8 @@ std::string Utf16(const std::string& utf8) {
             codePoint = lead & 0x1F;
             length = 2;
         }
-        for (size_t k = 1; k < length; ++k) codePoint = (codePoint << 6) | (utf8[i + k] & 0x3F);
+        for (size_t k = 1; k < length; ++k)
+            codePoint = (codePoint << 6) | (utf8[i + k] & 0x3F);
         out += static_cast<char>(codePoint & 0xFF);
         out += static_cast<char>(codePoint >> 8);
         i += length;
