@@ -108,6 +108,8 @@ CLineCol::CLineCol() : CXmlCollection("line", TARGET_NAMESPACE, 1, -1) {}
 CLineCol::~CLineCol() = default;
 
 void CLineCol::Add(CLine* line) {
+    // Held from the start, so that a new line is released when it is refused.
+    const CSmartPtr<CLine> hold(line);
     Throw_IfPropertyIsNull(line, "line");
     Throw_IfElementNameDiffers(line, "line");
     AppendItem(line);

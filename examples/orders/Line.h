@@ -86,7 +86,8 @@ public:
     ~CLineCol() override;
 
     CLine* Item(int index) const { return static_cast<CLine*>(GetNodeAtIndex(index)->m_pItem); }
-    // Appends a line; it must stand under the element name "line".
+    // Appends a line, taking a reference; it must stand under the element name "line".
+    // A new line that is refused is released.
     void Add(CLine* line);
 
     typedef QvXmlLib10::CXmlCollection::CNode CNode;

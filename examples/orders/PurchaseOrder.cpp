@@ -37,6 +37,8 @@ CPurchaseOrderChoice::CPurchaseOrderChoice() { SetElementName("PurchaseOrderChoi
 CPurchaseOrderChoice::~CPurchaseOrderChoice() = default;
 
 void CPurchaseOrderChoice::SetShipTo(CAddress* value) {
+    // Held from the start, so that a new object is released when it is refused.
+    const CSmartPtr<CAddress> hold(value);
     Throw_IfElementNameDiffers(value, SHIP_TO);
     // Clearing a member that is not the chosen one changes nothing.
     if (value != nullptr || m_selected == SHIP_TO) Choice_SelectElement(SHIP_TO, value, m_selected);
@@ -116,6 +118,7 @@ CPurchaseOrder::CPurchaseOrder()
 CPurchaseOrder::~CPurchaseOrder() = default;
 
 void CPurchaseOrder::SetCustomer(CCustomer* value) {
+    const CSmartPtr<CCustomer> hold(value);
     Throw_IfPropertyIsNull(value, "customer");
     Throw_IfElementNameDiffers(value, "customer");
     m_customer = value;
@@ -132,6 +135,7 @@ void CPurchaseOrder::SetCommentNil() {
 }
 
 void CPurchaseOrder::SetPayment(CPayment* value) {
+    const CSmartPtr<CPayment> hold(value);
     Throw_IfPropertyIsNull(value, "payment");
     Throw_IfElementNameDiffers(value, "payment");
     m_payment = value;

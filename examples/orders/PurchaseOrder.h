@@ -37,7 +37,8 @@ public:
     const std::string& GetSelected() const { return m_selected; }
 
     // Null unless shipTo is chosen. The address must stand under the element name
-    // "shipTo" (a new CAddress does); null clears the member.
+    // "shipTo" (a new CAddress does); null clears the member. Setters of objects take a
+    // reference; a new object that is refused is released.
     CAddress* GetShipTo() const { return m_shipTo.Get(); }
     void SetShipTo(CAddress* value);
 
