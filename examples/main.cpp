@@ -114,17 +114,15 @@ void ShowFailure(const char* title, const CQvException& failure) {
 }
 
 void Run(const std::string& path) {
-    const std::string sample = ReadFile(path);
-
     CPurchaseOrder order;
-    order.FromXml(sample.c_str());
+    order.FromXmlFile(path.c_str());
     std::printf("Read from %s:\n", path.substr(path.find_last_of('/') + 1).c_str());
     PrintSummary(order);
 
     std::printf("\nWritten back:\n%s\n", order.ToXml(true, true, EOLType_LF, OutputContext()).c_str());
 
     // A quantity that is no number, two levels down.
-    std::string broken = sample;
+    std::string broken = ReadFile(path);
     const std::string quantity = "<po:quantity>4</po:quantity>";
     const size_t at = broken.find(quantity);
     if (at != std::string::npos) {
