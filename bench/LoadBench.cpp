@@ -64,21 +64,19 @@ double LoadPeakRatio() {
     return static_cast<double>(StopHeapMeter()) / static_cast<double>(text.size());
 }
 
-const bool registered = (AddReport([] {
-                             if (!Timings().count("BM_LoadXmlStream/" + std::to_string(SIZES[0]))) return;
-                             std::printf("Loading text (LoadXmlStream) against expat's raw parse, same run:\n");
-                             for (size_t size : SIZES) {
-                                 const std::string suffix = "/" + std::to_string(size);
-                                 auto& t = Timings();
-                                 if (!t.count("BM_ExpatRawParse" + suffix) || !t.count("BM_LoadXmlStream" + suffix))
-                                     continue;
-                                 std::printf("  %5.1f MB: throughput ratio %.2f (target at least 0.70)\n",
-                                             size / 1048576.0,
-                                             t["BM_ExpatRawParse" + suffix] / t["BM_LoadXmlStream" + suffix]);
-                             }
-                             std::printf("  peak heap of a 10 MB load: %.2f x the document (target at most 5)\n",
-                                         LoadPeakRatio());
-                         }),
-                         true);
+const bool registered =
+    (AddReport([] {
+         if (!Timings().count("BM_LoadXmlStream/" + std::to_string(SIZES[0]))) return;
+         std::printf("Loading text (LoadXmlStream) against expat's raw parse, same run:\n");
+         for (size_t size : SIZES) {
+             const std::string suffix = "/" + std::to_string(size);
+             auto& t = Timings();
+             if (!t.count("BM_ExpatRawParse" + suffix) || !t.count("BM_LoadXmlStream" + suffix)) continue;
+             std::printf("  %5.1f MB: throughput ratio %.2f (target at least 0.70)\n", size / 1048576.0,
+                         t["BM_ExpatRawParse" + suffix] / t["BM_LoadXmlStream" + suffix]);
+         }
+         std::printf("  peak heap of a 10 MB load: %.2f x the document (target at most 5)\n", LoadPeakRatio());
+     }),
+     true);
 
 } // namespace

@@ -106,8 +106,8 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Iteration && run.iterations > 0)
-                QvXmlBench::Timings()[run.benchmark_name()] = run.GetAdjustedRealTime() /
-                                                               benchmark::GetTimeUnitMultiplier(run.time_unit);
+                QvXmlBench::Timings()[run.benchmark_name()] =
+                    run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
         }
         ConsoleReporter::ReportRuns(runs);
     }
@@ -123,6 +123,7 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     std::printf("\n");
-    for (auto& report : QvXmlBench::Reports()) report();
+    for (auto& report : QvXmlBench::Reports())
+        report();
     return 0;
 }

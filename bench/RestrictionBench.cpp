@@ -13,8 +13,7 @@ using namespace QvXmlLib10;
 
 namespace {
 
-void BM_CheckRestrictionStringPattern(benchmark::State& state)
-{
+void BM_CheckRestrictionStringPattern(benchmark::State& state) {
     const CPrimitiveRestrictions restrictions("[A-Z]{2}-\\d{5}(\\.\\i\\c*)?", 1, 64, "", "", "", "", -1);
     QvVariant value;
     value.SetString("AB-12345.part_7");
@@ -23,8 +22,7 @@ void BM_CheckRestrictionStringPattern(benchmark::State& state)
 }
 BENCHMARK(BM_CheckRestrictionStringPattern);
 
-void BM_CheckRestrictionStringLengthOnly(benchmark::State& state)
-{
+void BM_CheckRestrictionStringLengthOnly(benchmark::State& state) {
     const CPrimitiveRestrictions restrictions("", 1, 64, "", "", "", "", -1);
     QvVariant value;
     value.SetString("AB-12345.part_7");
@@ -33,8 +31,7 @@ void BM_CheckRestrictionStringLengthOnly(benchmark::State& state)
 }
 BENCHMARK(BM_CheckRestrictionStringLengthOnly);
 
-void BM_CheckRestrictionI4Bounds(benchmark::State& state)
-{
+void BM_CheckRestrictionI4Bounds(benchmark::State& state) {
     const CPrimitiveRestrictions restrictions("", -1, -1, "1", "1000", "", "", -1);
     QvVariant value;
     value.SetI4(250);

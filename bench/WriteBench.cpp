@@ -56,8 +56,7 @@ public:
     std::string GetNamespace() const override { return ORDERS_NS; }
 
 protected:
-    void ToXml_Int(CXmlWriter* w, bool, const char* ns, const CXmlSerializationContext& context,
-                   bool) const override {
+    void ToXml_Int(CXmlWriter* w, bool, const char* ns, const CXmlSerializationContext& context, bool) const override {
         w->WriteStartElement("order", ns);
         w->WriteAttributeString("id", "", id, ItemType_string);
         w->WriteAttributeString("status", "", "open", ItemType_string);
@@ -67,7 +66,8 @@ protected:
             w->WriteString(field[1], ItemType_string);
             w->WriteEndElement();
         }
-        for (const auto& line : lines) CXmlObjectBase::ToXml_Int(line.Get(), w, false, ns, context, false);
+        for (const auto& line : lines)
+            CXmlObjectBase::ToXml_Int(line.Get(), w, false, ns, context, false);
         w->WriteStartElement("note", ns);
         w->WriteString(note, ItemType_string);
         w->WriteEndElement();
@@ -86,10 +86,10 @@ public:
     std::string GetNamespace() const override { return ORDERS_NS; }
 
 protected:
-    void ToXml_Int(CXmlWriter* w, bool, const char* ns, const CXmlSerializationContext& context,
-                   bool) const override {
+    void ToXml_Int(CXmlWriter* w, bool, const char* ns, const CXmlSerializationContext& context, bool) const override {
         w->WriteStartElement("orders", ns);
-        for (const auto& order : orders) CXmlObjectBase::ToXml_Int(order.Get(), w, false, ns, context, false);
+        for (const auto& order : orders)
+            CXmlObjectBase::ToXml_Int(order.Get(), w, false, ns, context, false);
         w->WriteEndElement();
     }
     CXmlElement* FromXml_Int(CXmlElement*, CXmlElement*, const CXmlSerializationContext&, bool) override {
@@ -167,7 +167,8 @@ void BM_StringAppendFloor(benchmark::State& state) {
     }();
     for (auto _ : state) {
         std::string out;
-        for (const auto& piece : pieces) out.append(text, piece.first, piece.second);
+        for (const auto& piece : pieces)
+            out.append(text, piece.first, piece.second);
         benchmark::DoNotOptimize(out.data());
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
@@ -177,17 +178,17 @@ BENCHMARK(BM_StringAppendFloor)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ToXml)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ToXmlStreamUtf8)->Unit(benchmark::kMillisecond);
 
-const bool registered = (AddReport([] {
-                             auto& t = Timings();
-                             if (!t.count("BM_StringAppendFloor") || !t.count("BM_ToXml")) return;
-                             std::printf("Writing text (about %.1f MB) against appending it to a std::string:\n",
-                                         Book(SIZE).ToXml().size() / 1048576.0);
-                             std::printf("  ToXml costs %.2f x the floor (target at most 3)\n",
-                                         t["BM_ToXml"] / t["BM_StringAppendFloor"]);
-                             if (t.count("BM_ToXmlStreamUtf8"))
-                                 std::printf("  ToXmlStream (UTF-8) costs %.2f x the floor\n",
-                                             t["BM_ToXmlStreamUtf8"] / t["BM_StringAppendFloor"]);
-                         }),
-                         true);
+const bool registered =
+    (AddReport([] {
+         auto& t = Timings();
+         if (!t.count("BM_StringAppendFloor") || !t.count("BM_ToXml")) return;
+         std::printf("Writing text (about %.1f MB) against appending it to a std::string:\n",
+                     Book(SIZE).ToXml().size() / 1048576.0);
+         std::printf("  ToXml costs %.2f x the floor (target at most 3)\n", t["BM_ToXml"] / t["BM_StringAppendFloor"]);
+         if (t.count("BM_ToXmlStreamUtf8"))
+             std::printf("  ToXmlStream (UTF-8) costs %.2f x the floor\n",
+                         t["BM_ToXmlStreamUtf8"] / t["BM_StringAppendFloor"]);
+     }),
+     true);
 
 } // namespace

@@ -124,8 +124,7 @@ void CXmlObjectBase::FromXml(const wchar_t* text, const CXmlSerializationContext
     FromXml_Int(root, root->GetFirstElement(), context, false);
 }
 
-void CXmlObjectBase::FromXmlStream(unsigned char* data, unsigned long length,
-                                   const CXmlSerializationContext& context) {
+void CXmlObjectBase::FromXmlStream(unsigned char* data, unsigned long length, const CXmlSerializationContext& context) {
     CheckVersion();
     CXmlDocument document(context);
     document.LoadXmlStream(data, length);
@@ -156,9 +155,8 @@ void CXmlObjectBase::AttributesToXml_Int(const CXmlObjectBase* object, CXmlWrite
     object->AttributesToXml_Int(writer, context);
 }
 
-void CXmlObjectBase::ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot,
-                               const char* namespaceUri, const CXmlSerializationContext& context,
-                               bool isChoiceMember) {
+void CXmlObjectBase::ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot, const char* namespaceUri,
+                               const CXmlSerializationContext& context, bool isChoiceMember) {
     object->ToXml_Int(writer, isRoot, namespaceUri, context, isChoiceMember);
 }
 
@@ -177,8 +175,8 @@ void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* value, const cha
     const std::string elementName = value->GetBase()->GetElementName();
     if (std::strcmp(elementName.c_str(), name ? name : "") != 0) {
         throw CQvInvalidParamException(FormatString(
-            "This property requrires an element with the name %s the element being set has the element name %s",
-            name, elementName.c_str()));
+            "This property requrires an element with the name %s the element being set has the element name %s", name,
+            elementName.c_str()));
     }
 }
 
@@ -242,8 +240,7 @@ void CXmlObjectBase::Choice_Read_Collection(CXmlCollectionBase* collection, CXml
 
 bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* element,
                                           const char* name, const char* namespaceUri) const {
-    return CXmlObjectHelper::DoesElementNameMatch(context, element, name ? name : "",
-                                                  namespaceUri ? namespaceUri : "");
+    return CXmlObjectHelper::DoesElementNameMatch(context, element, name ? name : "", namespaceUri ? namespaceUri : "");
 }
 
 bool CXmlObjectBase::IsNamespaceValid(const char* namespaceUri, const char* restriction,
@@ -274,10 +271,8 @@ void CXmlObjectBase::FireOnCollectionRemoveEvent(IEventSink* sink, CXmlCollectio
     if (sink != nullptr) sink->OnEvent(collection->GetBase(), MsgType_Remove, index == -1 ? nullptr : &index);
 }
 
-void CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(IEventSink* sink, CXmlCollectionBase* collection,
-                                                         int index) {
-    if (sink != nullptr)
-        sink->OnEvent(collection->GetBase(), MsgType_RemoveComplete, index == -1 ? nullptr : &index);
+void CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(IEventSink* sink, CXmlCollectionBase* collection, int index) {
+    if (sink != nullptr) sink->OnEvent(collection->GetBase(), MsgType_RemoveComplete, index == -1 ? nullptr : &index);
 }
 
 } // namespace QvXmlLib10

@@ -85,12 +85,14 @@ public:
                            XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
                            const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
                            CompressionType compression = CompressionType_None) const;
-    virtual std::string ToXml(bool declaration = true, bool format = true, EOLType eol = EOLType_LF,
-                              const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) const;
-    virtual CBinaryData ToXmlStream(bool declaration = true, bool format = true,
-                                    XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
-                                    const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
-                                    CompressionType compression = CompressionType_None) const;
+    virtual std::string
+    ToXml(bool declaration = true, bool format = true, EOLType eol = EOLType_LF,
+          const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) const;
+    virtual CBinaryData
+    ToXmlStream(bool declaration = true, bool format = true, XmlEncoding encoding = XmlEncoding_UTF8,
+                EOLType eol = EOLType_LF,
+                const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
+                CompressionType compression = CompressionType_None) const;
 
     // Reading entry points.
     virtual void FromXmlFile(const char* path,
@@ -104,8 +106,9 @@ public:
     virtual void FromXmlStream(const CBinaryData& data,
                                const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
     // Reads from a parsed element; returns what FromXml_Int returns.
-    virtual CXmlElement* FromXmlElement(
-        const CXmlElement* element, const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
+    virtual CXmlElement*
+    FromXmlElement(const CXmlElement* element,
+                   const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext);
     // Reads from an open content element, by way of its XML text (written with the
     // default context; only the reading uses `context`).
     virtual void FromXmlElement(const CElement* element,

@@ -137,8 +137,7 @@ CXmlElement* CAttributeCol::FromXml_Int(CXmlElement* element, CXmlElement* first
                              attribute->GetLocalName().c_str()));
         }
         // The namespace has just passed the test that Add would make again.
-        Append(attribute->GetLocalName().c_str(), attribute->GetValue().c_str(),
-               attribute->GetNamespaceURI().c_str());
+        Append(attribute->GetLocalName().c_str(), attribute->GetValue().c_str(), attribute->GetNamespaceURI().c_str());
     }
     return first;
 }
@@ -165,8 +164,8 @@ CElementCol::~CElementCol() {}
 CSmartPtr<CElement> CElementCol::Add(const char* name) {
     if (m_collectionNamespace.empty())
         throw CQvInvalidStateException("A Namespace has not been set for this Collection");
-    CSmartPtr<CElement> element(new CElement(name, m_collectionNamespace.c_str(), m_namespaceRestriction.c_str(),
-                                             m_targetNamespace.c_str()));
+    CSmartPtr<CElement> element(
+        new CElement(name, m_collectionNamespace.c_str(), m_namespaceRestriction.c_str(), m_targetNamespace.c_str()));
     AppendItem(element.Get());
     return element;
 }
@@ -215,9 +214,8 @@ void CElementCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* nam
 }
 
 template <typename Accept>
-CXmlElement* CElementCol::ReadElements(CXmlElement* parent, CXmlElement* first,
-                                       const CXmlSerializationContext& context, const std::string& restriction,
-                                       Accept accept) {
+CXmlElement* CElementCol::ReadElements(CXmlElement* parent, CXmlElement* first, const CXmlSerializationContext& context,
+                                       const std::string& restriction, Accept accept) {
     CXmlElement* current = first;
     while (current != nullptr && accept(current)) {
         CSmartPtr<CElement> element(new CElement(current->GetLocalName().c_str(), current->GetNamespaceURI().c_str(),
@@ -231,8 +229,8 @@ CXmlElement* CElementCol::ReadElements(CXmlElement* parent, CXmlElement* first,
     return current;
 }
 
-CXmlElement* CElementCol::FromXml_Int(CXmlElement* parent, CXmlElement* first,
-                                      const CXmlSerializationContext& context, bool /*isChoiceMember*/) {
+CXmlElement* CElementCol::FromXml_Int(CXmlElement* parent, CXmlElement* first, const CXmlSerializationContext& context,
+                                      bool /*isChoiceMember*/) {
     return ReadElements(parent, first, context, m_namespaceRestriction, [this](const CXmlElement* element) {
         return CXmlObjectHelper::IsNamespaceValid(element->GetNamespaceURI(), m_namespaceRestriction,
                                                   m_targetNamespace);
@@ -245,8 +243,7 @@ CXmlElement* CElementCol::FromXmlLockElementName_Int(const std::string& elementN
     const std::string anyNamespace("##any");
     return ReadElements(parent, first, context, anyNamespace,
                         [&elementName, &namespaceUri](const CXmlElement* element) {
-                            return element->GetLocalName() == elementName &&
-                                   element->GetNamespaceURI() == namespaceUri;
+                            return element->GetLocalName() == elementName && element->GetNamespaceURI() == namespaceUri;
                         });
 }
 

@@ -58,8 +58,8 @@ public:
 
 protected:
     // Writes the attribute into the open start tag; the other arguments are not used.
-    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri,
-                   const CXmlSerializationContext& context, bool isChoiceMember) const override;
+    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri, const CXmlSerializationContext& context,
+                   bool isChoiceMember) const override;
     // Attributes are read by their collection: always throws.
     CXmlElement* FromXml_Int(CXmlElement* element, CXmlElement* firstChild, const CXmlSerializationContext& context,
                              bool isChoiceMember) override;
@@ -103,8 +103,8 @@ public:
 
 protected:
     // Writes every attribute, without a count check.
-    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri,
-                   const CXmlSerializationContext& context, bool isChoiceMember) const override;
+    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri, const CXmlSerializationContext& context,
+                   bool isChoiceMember) const override;
     // Adds every attribute of `element`; an attribute outside the restriction throws
     // CQvInvalidNamespaceException. Returns `first`: no child element is consumed.
     CXmlElement* FromXml_Int(CXmlElement* element, CXmlElement* first, const CXmlSerializationContext& context,
@@ -157,8 +157,8 @@ public:
 
 protected:
     // Checks the count, then writes every element.
-    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri,
-                   const CXmlSerializationContext& context, bool isChoiceMember) const override;
+    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri, const CXmlSerializationContext& context,
+                   bool isChoiceMember) const override;
     // Reads the siblings from `first` on, one element each, while their namespaces
     // pass; returns the first sibling not read, or null.
     CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* first, const CXmlSerializationContext& context,

@@ -68,8 +68,7 @@ CElement::CElement(CXmlObjectBase* source, const char* defaultNamespace) : CInst
 
 CElement::~CElement() {}
 
-void CElement::Init(const char* name, const char* namespaceUri, const char* restriction,
-                    const char* targetNamespace) {
+void CElement::Init(const char* name, const char* namespaceUri, const char* restriction, const char* targetNamespace) {
     if (name == nullptr) throw CQvInvalidNamespaceException("Element Name must have a value");
     if (restriction == nullptr) throw CQvInvalidNamespaceException("Namespace Restriction must have a value");
     if (targetNamespace == nullptr) throw CQvInvalidNamespaceException("Target Namespace must have a value");
@@ -92,8 +91,8 @@ void CElement::StoreName(const std::string& name) {
 }
 
 CSmartPtr<CElement> CElement::Clone() const {
-    CSmartPtr<CElement> copy(new CElement(m_elementName.c_str(), m_namespace.c_str(),
-                                          m_namespaceRestriction.c_str(), m_targetNamespace.c_str()));
+    CSmartPtr<CElement> copy(new CElement(m_elementName.c_str(), m_namespace.c_str(), m_namespaceRestriction.c_str(),
+                                          m_targetNamespace.c_str()));
     copy->m_pAttributes = m_pAttributes->Clone();
     copy->m_pElements = m_pElements->Clone();
     copy->m_text = m_text;

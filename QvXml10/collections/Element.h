@@ -59,9 +59,9 @@ public:
                        const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) override;
     void FromXmlStream(const CBinaryData& data,
                        const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) override;
-    CXmlElement* FromXmlElement(
-        const CXmlElement* element,
-        const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) override;
+    CXmlElement*
+    FromXmlElement(const CXmlElement* element,
+                   const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) override;
     using CXmlObjectBase::FromXmlElement;
 
     CXmlObjectBase* GetBase() override;
@@ -98,8 +98,8 @@ public:
 protected:
     // Writes the element. With a default namespace it is rendered on its own, with that
     // default namespace and without its attributes, and put into the (text) writer raw.
-    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri,
-                   const CXmlSerializationContext& context, bool isChoiceMember) const override;
+    void ToXml_Int(CXmlWriter* writer, bool isRoot, const char* namespaceUri, const CXmlSerializationContext& context,
+                   bool isChoiceMember) const override;
     // Reads `element` itself (not its children from a cursor) and returns its next
     // sibling; an element outside the restriction is returned unread.
     CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* element, const CXmlSerializationContext& context,

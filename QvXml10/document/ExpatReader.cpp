@@ -111,7 +111,8 @@ size_t HashName(const char* text, size_t length) {
         last = Load32(text) | static_cast<uint64_t>(Load32(text + length - 4)) << 32;
     } else {
         last = 0;
-        for (size_t i = 0; i < length; ++i) last = last << 8 | static_cast<unsigned char>(text[i]);
+        for (size_t i = 0; i < length; ++i)
+            last = last << 8 | static_cast<unsigned char>(text[i]);
     }
     hash = (hash ^ last) * 0xC4CEB9FE1A85EC53ull;
     return static_cast<size_t>(hash ^ hash >> 32);
@@ -125,8 +126,7 @@ inline bool SameBytes(const char* a, const char* b, size_t length) {
             if (Load64(a + i) != Load64(b + i)) return false;
         return Load64(a + length - 8) == Load64(b + length - 8);
     }
-    if (length >= 4)
-        return Load32(a) == Load32(b) && Load32(a + length - 4) == Load32(b + length - 4);
+    if (length >= 4) return Load32(a) == Load32(b) && Load32(a + length - 4) == Load32(b + length - 4);
     for (size_t i = 0; i < length; ++i)
         if (a[i] != b[i]) return false;
     return true;
@@ -198,7 +198,8 @@ private:
     static void Place(std::vector<Slot>& slots, const Slot& slot) {
         const size_t mask = slots.size() - 1;
         size_t i = slot.hash & mask;
-        while (slots[i].name) i = (i + 1) & mask;
+        while (slots[i].name)
+            i = (i + 1) & mask;
         slots[i] = slot;
     }
 
@@ -209,13 +210,8 @@ private:
 };
 
 CExpatReader::CExpatReader(CXmlDocument& document)
-    : CInstanceMonitor("CExpatReader"),
-      m_pDocument(&document),
-      m_scratchSize(0),
-      m_parser(nullptr),
-      m_passThrough(false),
-      m_textSize(0),
-      m_textCapacity(0) {}
+    : CInstanceMonitor("CExpatReader"), m_pDocument(&document), m_scratchSize(0), m_parser(nullptr),
+      m_passThrough(false), m_textSize(0), m_textCapacity(0) {}
 
 CExpatReader::~CExpatReader() {
     Cleanup();
@@ -253,8 +249,7 @@ void CExpatReader::CreateParser() {
     XML_SetElementHandler(m_parser, FnStartElement, FnEndElement);
     XML_SetNamespaceDeclHandler(m_parser, FnStartNamespace, FnEndNamespace);
     XML_SetCharacterDataHandler(m_parser, FnText);
-    if (!m_pDocument->m_pContext->GetStripCDATA())
-        XML_SetCdataSectionHandler(m_parser, FnStartCDATA, FnEndCDATA);
+    if (!m_pDocument->m_pContext->GetStripCDATA()) XML_SetCdataSectionHandler(m_parser, FnStartCDATA, FnEndCDATA);
 }
 
 void CExpatReader::Parse(bool isFinal) {
@@ -271,9 +266,8 @@ void CExpatReader::Parse(bool isFinal) {
         std::rethrow_exception(pending);
     }
     if (status != XML_STATUS_OK) {
-        const std::string message =
-            FormatString("%s at line %d", XML_ErrorString(XML_GetErrorCode(m_parser)),
-                         static_cast<int>(XML_GetCurrentLineNumber(m_parser)));
+        const std::string message = FormatString("%s at line %d", XML_ErrorString(XML_GetErrorCode(m_parser)),
+                                                 static_cast<int>(XML_GetCurrentLineNumber(m_parser)));
         Cleanup();
         FreeParser();
         throw CQvException(message);
@@ -285,9 +279,8 @@ std::string CExpatReader::Convert(const char* text, size_t length) {
     wchar_t* wide = reinterpret_cast<wchar_t*>(m_pScratch.get());
     char* narrow = reinterpret_cast<char*>(m_pScratch.get() + m_scratchSize / 2);
     return CEncoder::Utf8ToLocalCodePage(reinterpret_cast<unsigned char*>(const_cast<char*>(text)),
-                                         static_cast<int>(length), wide,
-                                         static_cast<unsigned long>(m_scratchSize / 8), narrow,
-                                         static_cast<unsigned long>(m_scratchSize / 2));
+                                         static_cast<int>(length), wide, static_cast<unsigned long>(m_scratchSize / 8),
+                                         narrow, static_cast<unsigned long>(m_scratchSize / 2));
 }
 
 void CExpatReader::GrowText(size_t length) {
@@ -352,7 +345,8 @@ void CExpatReader::StartElement(const char* name, const char** attributes) {
     if (!attributes || !attributes[0]) return;
 
     size_t count = 0;
-    while (attributes[2 * count]) ++count;
+    while (attributes[2 * count])
+        ++count;
     element->m_attributes.reserve(count);
     for (const char** attribute = attributes; *attribute; attribute += 2) {
         const CXmlDocument::CName* attributeName = m_pNames->Lookup(attribute[0]);

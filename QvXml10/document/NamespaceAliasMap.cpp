@@ -9,9 +9,7 @@ namespace QvXmlLib10 {
 namespace {
 
 // A null argument stands for the empty text.
-inline const char* OrEmpty(const char* text) {
-    return text != nullptr ? text : "";
-}
+inline const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
 
 } // namespace
 
@@ -27,19 +25,13 @@ void CNamespaceAliasMap::Add(const char* alias, const char* namespaceUri) {
     m_namespaces[OrEmpty(namespaceUri)] = OrEmpty(alias);
 }
 
-void CNamespaceAliasMap::RemoveNamespace(const char* namespaceUri) {
-    m_namespaces.erase(OrEmpty(namespaceUri));
-}
+void CNamespaceAliasMap::RemoveNamespace(const char* namespaceUri) { m_namespaces.erase(OrEmpty(namespaceUri)); }
 
-int CNamespaceAliasMap::GetNamespaceCount() const {
-    return static_cast<int>(m_namespaces.size());
-}
+int CNamespaceAliasMap::GetNamespaceCount() const { return static_cast<int>(m_namespaces.size()); }
 
 std::string CNamespaceAliasMap::GetNamespaceAt(int index) const {
-    if (index < 0)
-        index = 0;
-    if (static_cast<size_t>(index) >= m_namespaces.size())
-        return std::string();
+    if (index < 0) index = 0;
+    if (static_cast<size_t>(index) >= m_namespaces.size()) return std::string();
     auto it = m_namespaces.begin();
     std::advance(it, index);
     return it->first;
@@ -52,8 +44,7 @@ bool CNamespaceAliasMap::DoesNamespaceExist(const char* namespaceUri) const {
 bool CNamespaceAliasMap::DoesAliasExist(const char* alias) const {
     const char* wanted = OrEmpty(alias);
     for (const auto& entry : m_namespaces) {
-        if (entry.second == wanted)
-            return true;
+        if (entry.second == wanted) return true;
     }
     return false;
 }
@@ -65,8 +56,7 @@ std::string CNamespaceAliasMap::GetAliasFromNamespace(const char* namespaceUri) 
 std::string CNamespaceAliasMap::GetNamespaceFromAlias(const char* alias) const {
     const char* wanted = OrEmpty(alias);
     for (const auto& entry : m_namespaces) {
-        if (entry.second == wanted)
-            return entry.first;
+        if (entry.second == wanted) return entry.first;
     }
     throw CQvException(FormatString("Namespace alias [%s] not found", wanted));
 }

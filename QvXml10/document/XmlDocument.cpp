@@ -82,7 +82,8 @@ public:
     CNodePool(const CNodePool&) = delete;
     CNodePool& operator=(const CNodePool&) = delete;
     ~CNodePool() {
-        for (const auto& block : m_blocks) Unpoison(block.get(), BLOCK_SIZE);
+        for (const auto& block : m_blocks)
+            Unpoison(block.get(), BLOCK_SIZE);
     }
 
     void* Allocate(std::size_t size) {
@@ -212,7 +213,8 @@ private:
     static void Place(std::vector<Slot>& slots, const Slot& slot) {
         const std::size_t mask = slots.size() - 1;
         std::size_t i = slot.hash & mask;
-        while (slots[i].name) i = (i + 1) & mask;
+        while (slots[i].name)
+            i = (i + 1) & mask;
         slots[i] = slot;
     }
 
@@ -234,8 +236,8 @@ CXmlDocument::CName::CName(const char* local, size_t localLength, const char* ur
     : localName(local, localLength), namespaceUri(uri, uriLength), document(owner) {
     const bool instance = namespaceUri == XSI_NAMESPACE || namespaceUri == XMLNS_NAMESPACE;
     isNil = instance && localName == "nil";
-    isNamespaceAttribute = instance && (localName == "xmlns" || localName == "type" ||
-                                        localName == "schemaLocation" || localName == "noNamespaceSchemaLocation");
+    isNamespaceAttribute = instance && (localName == "xmlns" || localName == "type" || localName == "schemaLocation" ||
+                                        localName == "noNamespaceSchemaLocation");
 }
 
 const CXmlDocument::CName* CXmlDocument::InternName(const char* namespaceUri, size_t namespaceLength,
@@ -277,7 +279,8 @@ void CXmlElement::operator delete(void* p, std::size_t size) noexcept {
 }
 
 CXmlElement::CXmlElement(const CXmlDocument* document)
-    : CXmlElement(document, document ? document->m_pNameTable->Empty() : new CXmlDocument::CName("", 0, "", 0, nullptr)) {}
+    : CXmlElement(document,
+                  document ? document->m_pNameTable->Empty() : new CXmlDocument::CName("", 0, "", 0, nullptr)) {}
 
 CXmlElement::~CXmlElement() {
     // Destroy the subtree without recursion, so that neither long sibling lists nor
@@ -351,8 +354,7 @@ void CXmlElement::AppendText(const char* text) {
 
 CXmlElement* CXmlElement::CreateNewChildElement() {
     const CXmlDocument* document = m_pName->document;
-    CXmlElement* child =
-        document ? document->NewElement(document->m_pNameTable->Empty()) : new CXmlElement(nullptr);
+    CXmlElement* child = document ? document->NewElement(document->m_pNameTable->Empty()) : new CXmlElement(nullptr);
     AppendChild(child);
     return child;
 }
@@ -383,7 +385,8 @@ void CXmlElement::AddAttribute(const std::string& localName, const std::string& 
     }
     const CXmlDocument::CName* name =
         document->InternName(namespaceUri.data(), namespaceUri.size(), localName.data(), localName.size());
-    if (m_attributes.size() == m_attributes.capacity()) m_attributes.reserve(std::max<size_t>(4, 2 * m_attributes.size()));
+    if (m_attributes.size() == m_attributes.capacity())
+        m_attributes.reserve(std::max<size_t>(4, 2 * m_attributes.size()));
     NewAttribute(name, value.data(), value.size());
 }
 
@@ -394,7 +397,8 @@ CXmlElement* CXmlElement::RemoveLastChildElement() {
         return m_pFirstChild.release();
     }
     CXmlElement* beforeLast = m_pFirstChild.get();
-    while (beforeLast->m_pNextSibling.get() != m_pLastChild) beforeLast = beforeLast->m_pNextSibling.get();
+    while (beforeLast->m_pNextSibling.get() != m_pLastChild)
+        beforeLast = beforeLast->m_pNextSibling.get();
     CXmlElement* last = beforeLast->m_pNextSibling.release();
     m_pLastChild = beforeLast;
     return last;
@@ -410,10 +414,7 @@ CXmlDocument::CXmlDocument(const CXmlSerializationContext& context) : CXmlDocume
 CXmlDocument::CXmlDocument(ElementHook hook) : CXmlDocument(hook, CXmlSerializationContext::m_defaultContext) {}
 
 CXmlDocument::CXmlDocument(ElementHook hook, const CXmlSerializationContext& context)
-    : CInstanceMonitor("CXmlDocument"),
-      m_pElementHook(hook),
-      m_pContext(&context),
-      m_pNodePool(new CNodePool),
+    : CInstanceMonitor("CXmlDocument"), m_pElementHook(hook), m_pContext(&context), m_pNodePool(new CNodePool),
       m_pNameTable(new CNameTable(this)) {
     Init();
 }

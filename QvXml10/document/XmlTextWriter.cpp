@@ -56,10 +56,7 @@ public:
 
     void Put(char c) { m_appender.Put(c); }
 
-    template <size_t N>
-    void Put(const char (&literal)[N]) {
-        m_appender.Put(literal, N - 1);
-    }
+    template <size_t N> void Put(const char (&literal)[N]) { m_appender.Put(literal, N - 1); }
 
     void Put(const std::string& text) {
         const char* const data = text.data();
@@ -91,13 +88,11 @@ private:
             return HasZeroByte(head) || HasZeroByte(tail);
         }
         for (size_t i = 0; i < size; ++i) {
-            if (data[i] == '\0')
-                return true;
+            if (data[i] == '\0') return true;
         }
         return false;
     }
-    template <typename Word>
-    static bool HasZeroByte(Word word) {
+    template <typename Word> static bool HasZeroByte(Word word) {
         constexpr Word ones = static_cast<Word>(~Word(0)) / 0xFF;
         return ((word - ones) & ~word & (ones << 7)) != 0;
     }
@@ -113,17 +108,11 @@ CXmlTextWriter::~CXmlTextWriter() = default;
 // ---------------------------------------------------------------------------
 // Settings
 
-bool CXmlTextWriter::GetFormat() const {
-    return m_format;
-}
+bool CXmlTextWriter::GetFormat() const { return m_format; }
 
-void CXmlTextWriter::SetFormat(bool format) {
-    m_format = format;
-}
+void CXmlTextWriter::SetFormat(bool format) { m_format = format; }
 
-EOLType CXmlTextWriter::GetEOLType() const {
-    return m_eolType;
-}
+EOLType CXmlTextWriter::GetEOLType() const { return m_eolType; }
 
 void CXmlTextWriter::SetEOLType(EOLType eolType) {
     switch (eolType) {
@@ -143,9 +132,7 @@ void CXmlTextWriter::SetEOLType(EOLType eolType) {
 // Pieces of output. The small helpers are inline so that calls within the library
 // stay direct.
 
-inline void CXmlTextWriter::PutEol(COutput& out) const {
-    out.Put(m_eol.data(), m_eol.size());
-}
+inline void CXmlTextWriter::PutEol(COutput& out) const { out.Put(m_eol.data(), m_eol.size()); }
 
 inline void CXmlTextWriter::PutTabs(COutput& out, uint64_t count) {
     for (; count > kTabCount; count -= kTabCount)
@@ -162,13 +149,11 @@ inline void CXmlTextWriter::PutDeclaration(COutput& out, const std::string& alia
 }
 
 inline void CXmlTextWriter::FlushIfFull() {
-    if (m_pStream->GetLength() >= kFlushThreshold)
-        m_pStream->Flush();
+    if (m_pStream->GetLength() >= kFlushThreshold) m_pStream->Flush();
 }
 
 void CXmlTextWriter::Escape(COutput& out, const char* text, bool isAttribute) const {
-    if (text == nullptr)
-        return;
+    if (text == nullptr) return;
     const std::array<bool, 256>& stops = isAttribute ? kAttributeStops : kTextStops;
     const char* run = text;
     for (;;) {
@@ -202,7 +187,7 @@ void CXmlTextWriter::Escape(COutput& out, const char* text, bool isAttribute) co
         case '>':
             out.Put("&gt;");
             break;
-        default:  // '\r' is dropped
+        default: // '\r' is dropped
             break;
         }
         run = p + 1;
@@ -250,8 +235,7 @@ void CXmlTextWriter::WriteStartDocument() {
 
 void CXmlTextWriter::WriteHeaderDirective(const std::string& text) {
     // Only an open element counts: after the root has been closed a directive passes again.
-    if (m_pContext)
-        throw CQvException("Headed directives must appear before an Element has been added.");
+    if (m_pContext) throw CQvException("Headed directives must appear before an Element has been added.");
     {
         COutput out(*m_pStream);
         out.Put(text);
@@ -263,8 +247,7 @@ void CXmlTextWriter::WriteHeaderDirective(const std::string& text) {
 void CXmlTextWriter::WriteRawElement(const std::string& text) {
     COutput out(*m_pStream);
     out.Put(text);
-    if (m_format)
-        PutEol(out);
+    if (m_format) PutEol(out);
 }
 
 void CXmlTextWriter::WriteComment(const std::string& text) {
@@ -303,14 +286,12 @@ void CXmlTextWriter::WriteInlineSchema(const std::string& schemaText) {
 // Elements
 
 inline void CXmlTextWriter::CloseStartTag(COutput& out) {
-    if (!m_pContext)
-        return;
+    if (!m_pContext) return;
     ++m_pContext->m_childCount;
     if (m_pContext->m_startTagOpen) {
         m_pContext->m_startTagOpen = false;
         out.Put('>');
-        if (m_format)
-            PutEol(out);
+        if (m_format) PutEol(out);
     }
 }
 
@@ -361,8 +342,7 @@ void CXmlTextWriter::WriteStartElement(const std::string& localName, const std::
         PushContext(localName, namespaceUri);
         CXmlWriterContext& context = *m_pContext;
 
-        if (m_format)
-            PutTabs(out, context.m_depth);
+        if (m_format) PutTabs(out, context.m_depth);
         out.Put('<');
         PutElementName(out, context, namespaceUri);
 
@@ -383,16 +363,14 @@ void CXmlTextWriter::WriteStartElement(const std::string& localName, const std::
 }
 
 void CXmlTextWriter::WriteEndElement() {
-    if (!m_pContext)
-        throw CQvException("An Element has not been opened.");
+    if (!m_pContext) throw CQvException("An Element has not been opened.");
     {
         CXmlWriterContext& context = *m_pContext;
         COutput out(*m_pStream);
         if (context.m_startTagOpen) {
             out.Put("/>");
         } else {
-            if (m_format && context.m_childCount > 0 && context.m_depth > 0)
-                PutTabs(out, context.m_depth);
+            if (m_format && context.m_childCount > 0 && context.m_depth > 0) PutTabs(out, context.m_depth);
             out.Put("</");
             const std::string* prefix = nullptr;
             if (!RecallNamePrefix(context, prefix)) {
@@ -407,16 +385,14 @@ void CXmlTextWriter::WriteEndElement() {
             out.Put(context.m_localName);
             out.Put('>');
         }
-        if (m_format)
-            PutEol(out);
+        if (m_format) PutEol(out);
         PopContext();
     }
     FlushIfFull();
 }
 
 void CXmlTextWriter::WriteString(const std::string& text, ItemType /*type*/) {
-    if (text.empty())
-        return;
+    if (text.empty()) return;
     {
         COutput out(*m_pStream);
         if (m_pContext && m_pContext->m_startTagOpen) {
@@ -436,8 +412,7 @@ void CXmlTextWriter::WriteString(const std::string& text, ItemType /*type*/) {
 // Attributes
 
 inline void CXmlTextWriter::CheckAttributeAllowed() const {
-    if (!m_pContext || !m_pContext->m_startTagOpen)
-        throw CQvException("Attributes must be added before elements");
+    if (!m_pContext || !m_pContext->m_startTagOpen) throw CQvException("Attributes must be added before elements");
 }
 
 const std::string& CXmlTextWriter::AliasOrDeclare(COutput& out, const std::string& namespaceUri,
@@ -445,12 +420,10 @@ const std::string& CXmlTextWriter::AliasOrDeclare(COutput& out, const std::strin
     CXmlWriterContext& context = *m_pContext;
     const NamespaceMap& map = context.GetNamespaceMap();
     const auto found = map.find(namespaceUri);
-    if (found != map.end())
-        return found->second;
+    if (found != map.end()) return found->second;
 
     const std::string& alias = SetAlias(context, namespaceUri, GetUniquePrefix(map));
-    if (blankBeforeDeclaration)
-        out.Put(' ');
+    if (blankBeforeDeclaration) out.Put(' ');
     out.Put("xmlns:");
     out.Put(alias);
     out.Put("=\"");

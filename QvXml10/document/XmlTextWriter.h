@@ -28,10 +28,9 @@ public:
     void WriteStartElement(const std::string& localName, const std::string& namespaceUri) override;
     void WriteString(const std::string& text, ItemType type) override;
     void WriteEndElement() override;
-    void WriteAttributeString(const std::string& localName, const std::string& namespaceUri,
-                              const std::string& value, ItemType type) override;
-    void WriteAttributeType(const std::string& typeNamespaceUri, const std::string& typeName,
-                            ItemType type) override;
+    void WriteAttributeString(const std::string& localName, const std::string& namespaceUri, const std::string& value,
+                              ItemType type) override;
+    void WriteAttributeType(const std::string& typeNamespaceUri, const std::string& typeName, ItemType type) override;
     void WriteAttributeNil() override;
 
     // Indent and break lines.

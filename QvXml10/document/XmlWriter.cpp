@@ -7,25 +7,12 @@ namespace QvXmlLib10 {
 // ---------------------------------------------------------------------------
 // CXmlWriterContext
 
-CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
-                                                 const std::string& namespaceUri,
+CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName, const std::string& namespaceUri,
                                                  std::unique_ptr<CXmlWriterContext>&& pParent)
-    : CInstanceMonitor("CXmlWriterContext"),
-      m_childCount(0),
-      m_startTagOpen(true),
-      m_depth(0),
-      m_namespaceUri(namespaceUri),
-      m_localName(localName),
-      m_pParent(),
-      m_hasAttributes(false),
-      m_defaultNamespace(),
-      m_pNamespaceMap(nullptr),
-      m_inheritsScope(true),
-      m_ownsNamespaceMap(false),
-      m_pScope(this),
-      m_pSpareMap(),
-      m_pNamePrefix(nullptr),
-      m_namePrefixKnown(false) {
+    : CInstanceMonitor("CXmlWriterContext"), m_childCount(0), m_startTagOpen(true), m_depth(0),
+      m_namespaceUri(namespaceUri), m_localName(localName), m_pParent(), m_hasAttributes(false), m_defaultNamespace(),
+      m_pNamespaceMap(nullptr), m_inheritsScope(true), m_ownsNamespaceMap(false), m_pScope(this), m_pSpareMap(),
+      m_pNamePrefix(nullptr), m_namePrefixKnown(false) {
     if (!pParent) {
         // Without a parent there is no scope to share: start an empty one.
         m_pNamespaceMap = new NamespaceMap();
@@ -40,34 +27,19 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
     m_pParent = std::move(pParent);
 }
 
-CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName,
-                                                 const std::string& namespaceUri,
-                                                 const std::string& defaultNamespace,
-                                                 const NamespaceMap* pNamespaceMap,
+CXmlWriter::CXmlWriterContext::CXmlWriterContext(const std::string& localName, const std::string& namespaceUri,
+                                                 const std::string& defaultNamespace, const NamespaceMap* pNamespaceMap,
                                                  std::unique_ptr<CXmlWriterContext>&& pParent)
-    : CInstanceMonitor("CXmlWriterContext"),
-      m_childCount(0),
-      m_startTagOpen(true),
-      m_depth(0),
-      m_namespaceUri(namespaceUri),
-      m_localName(localName),
-      m_pParent(),
-      m_hasAttributes(false),
-      m_defaultNamespace(defaultNamespace),
-      m_pNamespaceMap(nullptr),
-      m_inheritsScope(false),
-      m_ownsNamespaceMap(true),
-      m_pScope(this),
-      m_pSpareMap(),
-      m_pNamePrefix(nullptr),
-      m_namePrefixKnown(false) {
+    : CInstanceMonitor("CXmlWriterContext"), m_childCount(0), m_startTagOpen(true), m_depth(0),
+      m_namespaceUri(namespaceUri), m_localName(localName), m_pParent(), m_hasAttributes(false),
+      m_defaultNamespace(defaultNamespace), m_pNamespaceMap(nullptr), m_inheritsScope(false), m_ownsNamespaceMap(true),
+      m_pScope(this), m_pSpareMap(), m_pNamePrefix(nullptr), m_namePrefixKnown(false) {
     m_pNamespaceMap = pNamespaceMap != nullptr ? new NamespaceMap(*pNamespaceMap) : new NamespaceMap();
     m_pParent = std::move(pParent);
 }
 
 CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
-    if (m_ownsNamespaceMap)
-        delete m_pNamespaceMap;
+    if (m_ownsNamespaceMap) delete m_pNamespaceMap;
     // Unlink the ancestors one by one, so that a deep chain is not destroyed by recursion.
     std::unique_ptr<CXmlWriterContext> ancestor = std::move(m_pParent);
     while (ancestor) {
@@ -80,12 +52,9 @@ inline void CXmlWriter::CXmlWriterContext::Reuse(const std::string& localName, c
                                                  std::unique_ptr<CXmlWriterContext>&& pParent) {
     // The names first: they are all that can throw, and the parent is still the caller's then.
     // A sibling often has the same names as the element this context last stood for.
-    if (m_namespaceUri != namespaceUri)
-        m_namespaceUri = namespaceUri;
-    if (m_localName != localName)
-        m_localName = localName;
-    if (m_ownsNamespaceMap)
-        m_pSpareMap.reset(m_pNamespaceMap);
+    if (m_namespaceUri != namespaceUri) m_namespaceUri = namespaceUri;
+    if (m_localName != localName) m_localName = localName;
+    if (m_ownsNamespaceMap) m_pSpareMap.reset(m_pNamespaceMap);
     m_pNamePrefix = nullptr;
     m_namePrefixKnown = false;
     m_childCount = 0;
@@ -105,8 +74,7 @@ namespace {
 // Makes target equal to source, keeping the nodes and strings of the keys they share,
 // so that a map that differs in a few entries is brought up to date without
 // allocating. An entry of target under keepKey stays as it is.
-void Synchronize(CXmlWriter::NamespaceMap& target, const CXmlWriter::NamespaceMap& source,
-                 const std::string* keepKey) {
+void Synchronize(CXmlWriter::NamespaceMap& target, const CXmlWriter::NamespaceMap& source, const std::string* keepKey) {
     auto t = target.begin();
     const auto dropOrKeep = [&] {
         if (keepKey != nullptr && t->first == *keepKey)
@@ -119,8 +87,7 @@ void Synchronize(CXmlWriter::NamespaceMap& target, const CXmlWriter::NamespaceMa
         while (t != target.end() && (order = t->first.compare(entry.first)) < 0)
             dropOrKeep();
         if (t != target.end() && order == 0) {
-            if (t->second != entry.second)
-                t->second = entry.second;
+            if (t->second != entry.second) t->second = entry.second;
             ++t;
         } else {
             target.emplace_hint(t, entry.first, entry.second);
@@ -138,8 +105,7 @@ void CXmlWriter::CXmlWriterContext::OwnScope(bool copyDefaultNamespace, const st
         Synchronize(*map, *m_pNamespaceMap, pendingUri);
     else
         map = std::make_unique<NamespaceMap>(*m_pNamespaceMap);
-    if (copyDefaultNamespace)
-        m_defaultNamespace = m_pScope->m_defaultNamespace;
+    if (copyDefaultNamespace) m_defaultNamespace = m_pScope->m_defaultNamespace;
     m_pNamespaceMap = map.release();
     m_ownsNamespaceMap = true;
     m_inheritsScope = false;
@@ -147,25 +113,20 @@ void CXmlWriter::CXmlWriterContext::OwnScope(bool copyDefaultNamespace, const st
 }
 
 void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(const std::string& namespaceUri) {
-    if (m_inheritsScope)
-        OwnScope(false, nullptr);
+    if (m_inheritsScope) OwnScope(false, nullptr);
     m_defaultNamespace = namespaceUri;
     m_namePrefixKnown = false;
 }
 
-const std::string& CXmlWriter::CXmlWriterContext::SetAlias(const std::string& namespaceUri,
-                                                          const std::string& alias) {
-    if (m_inheritsScope)
-        OwnScope(true, &namespaceUri);
+const std::string& CXmlWriter::CXmlWriterContext::SetAlias(const std::string& namespaceUri, const std::string& alias) {
+    if (m_inheritsScope) OwnScope(true, &namespaceUri);
     std::string& value = (*m_pNamespaceMap)[namespaceUri];
     value = alias;
-    if (m_namePrefixKnown && namespaceUri == m_namespaceUri)
-        m_namePrefixKnown = false;
+    if (m_namePrefixKnown && namespaceUri == m_namespaceUri) m_namePrefixKnown = false;
     return value;
 }
 
-void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(const std::string& namespaceUri,
-                                                         const std::string& alias) {
+void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(const std::string& namespaceUri, const std::string& alias) {
     SetAlias(namespaceUri, alias);
 }
 
@@ -191,8 +152,7 @@ CXmlWriter::~CXmlWriter() = default;
 void CXmlWriter::Open() {}
 
 void CXmlWriter::Close() {
-    if (m_pContext)
-        throw CQvException("An Element has not been closed.");
+    if (m_pContext) throw CQvException("An Element has not been closed.");
 }
 
 void CXmlWriter::SetDefaultNamespace(const std::string& namespaceUri) {
@@ -244,8 +204,7 @@ std::string CXmlWriter::GetUniquePrefix(const NamespaceMap& namespaces) {
                 break;
             }
         }
-        if (!taken)
-            return prefix;
+        if (!taken) return prefix;
     }
 }
 

@@ -65,8 +65,8 @@ public:
         std::string m_localName;
         std::unique_ptr<CXmlWriterContext> m_pParent;
         bool m_hasAttributes;
-        std::string m_defaultNamespace;      // in force only while m_inheritsScope is false
-        NamespaceMap* m_pNamespaceMap;       // the map in force; owned when m_ownsNamespaceMap is set
+        std::string m_defaultNamespace; // in force only while m_inheritsScope is false
+        NamespaceMap* m_pNamespaceMap;  // the map in force; owned when m_ownsNamespaceMap is set
         bool m_inheritsScope;
         bool m_ownsNamespaceMap;
 
@@ -84,7 +84,7 @@ public:
         void Reuse(const std::string& localName, const std::string& namespaceUri,
                    std::unique_ptr<CXmlWriterContext>&& pParent);
 
-        CXmlWriterContext* m_pScope;         // the context whose scope is in force
+        CXmlWriterContext* m_pScope;               // the context whose scope is in force
         std::unique_ptr<NamespaceMap> m_pSpareMap; // the map of an earlier scope, for the next one
         // The prefix that the start tag gave the element's name (null for none), while
         // nothing has happened to the scope that could change it.
@@ -150,9 +150,9 @@ protected:
         m_pSpareContexts = std::move(context);
     }
 
-    std::string m_defaultNamespace;                  // set before the first element
-    std::unique_ptr<CXmlWriterContext> m_pContext;   // innermost open element, or null
-    NamespaceMap m_namespaceMap;                     // aliases set before the first element
+    std::string m_defaultNamespace;                // set before the first element
+    std::unique_ptr<CXmlWriterContext> m_pContext; // innermost open element, or null
+    NamespaceMap m_namespaceMap;                   // aliases set before the first element
 
 private:
     // Contexts of closed elements, linked through m_pParent, so that writing an element

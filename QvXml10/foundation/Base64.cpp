@@ -17,10 +17,13 @@ const signed char kSkip = -2;
 // Character to 6-bit value, kInvalid or kSkip.
 constexpr std::array<signed char, 256> MakeDecodeTable() {
     std::array<signed char, 256> table{};
-    for (auto& entry : table) entry = kInvalid;
+    for (auto& entry : table)
+        entry = kInvalid;
     constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    for (int i = 0; i < 64; ++i) table[static_cast<unsigned char>(alphabet[i])] = static_cast<signed char>(i);
-    for (char c : {'=', ' ', '\t', '\r', '\n'}) table[static_cast<unsigned char>(c)] = kSkip;
+    for (int i = 0; i < 64; ++i)
+        table[static_cast<unsigned char>(alphabet[i])] = static_cast<signed char>(i);
+    for (char c : {'=', ' ', '\t', '\r', '\n'})
+        table[static_cast<unsigned char>(c)] = kSkip;
     return table;
 }
 

@@ -275,7 +275,8 @@ unsigned long CBinaryData::ConvertToHexData(const char* text, unsigned char** ou
         const int low = HexDigitValue(text[2 * i + 1]);
         if (high < 0 || low < 0) {
             *out = nullptr;
-            throw CQvException(FormatString("Invalid char in hex string [%c]", high < 0 ? text[2 * i] : text[2 * i + 1]));
+            throw CQvException(
+                FormatString("Invalid char in hex string [%c]", high < 0 ? text[2 * i] : text[2 * i + 1]));
         }
         bytes[i] = static_cast<unsigned char>((high << 4) | low);
     }

@@ -23,14 +23,13 @@ const uint32_t kMaxLegalUtf32 = 0x10FFFF;
 // Number of trailing octets after a first octet. Octets 0x80 to 0xBF can't
 // start a sequence; IsLegalUTF8 refuses them.
 const unsigned char trailingBytesForUTF8[256] = {
-    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-    1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
-    2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 3, 3, 3, 3, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5};
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+    0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
+    1, 1, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 3, 3, 3, 3, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5};
 
 // Subtracted from the sum of a sequence's octets to remove the marker bits.
 const uint32_t offsetsFromUTF8[6] = {0x00000000UL, 0x00003080UL, 0x000E2080UL,
@@ -93,19 +92,34 @@ inline bool DecodeUtf8(const unsigned char*& p, const unsigned char* end, uint32
     if (!IsLegalUTF8(p, static_cast<int>(extra) + 1)) return false;
     uint32_t c = 0;
     switch (extra) {
-    case 5: c += *p++; c <<= 6; [[fallthrough]];
-    case 4: c += *p++; c <<= 6; [[fallthrough]];
-    case 3: c += *p++; c <<= 6; [[fallthrough]];
-    case 2: c += *p++; c <<= 6; [[fallthrough]];
-    case 1: c += *p++; c <<= 6; [[fallthrough]];
-    case 0: c += *p++;
+    case 5:
+        c += *p++;
+        c <<= 6;
+        [[fallthrough]];
+    case 4:
+        c += *p++;
+        c <<= 6;
+        [[fallthrough]];
+    case 3:
+        c += *p++;
+        c <<= 6;
+        [[fallthrough]];
+    case 2:
+        c += *p++;
+        c <<= 6;
+        [[fallthrough]];
+    case 1:
+        c += *p++;
+        c <<= 6;
+        [[fallthrough]];
+    case 0:
+        c += *p++;
     }
     ch = c - offsetsFromUTF8[extra];
     return true;
 }
 
-template <class Unit>
-inline bool DecodeUtf16(const Unit*& p, const Unit* end, uint32_t& ch) {
+template <class Unit> inline bool DecodeUtf16(const Unit*& p, const Unit* end, uint32_t& ch) {
     const uint32_t c = static_cast<uint16_t>(*p);
     if (c >= 0xD800 && c <= 0xDBFF) {
         if (end - p < 2) return false;
@@ -121,8 +135,7 @@ inline bool DecodeUtf16(const Unit*& p, const Unit* end, uint32_t& ch) {
     return true;
 }
 
-template <class Unit>
-inline bool DecodeUtf32(const Unit*& p, const Unit*, uint32_t& ch) {
+template <class Unit> inline bool DecodeUtf32(const Unit*& p, const Unit*, uint32_t& ch) {
     const uint32_t c = static_cast<uint32_t>(*p);
     if (IsSurrogate(c)) return false;
     ch = c;
@@ -141,15 +154,24 @@ struct Utf8Encoder {
         if (ch <= kMaxLegalUtf32) return 4;
         return 3; // U+FFFD
     }
-    template <class Unit>
-    static void Write(uint32_t ch, unsigned units, Unit* target) {
+    template <class Unit> static void Write(uint32_t ch, unsigned units, Unit* target) {
         if (ch > kMaxLegalUtf32) ch = kReplacementChar;
         Unit* p = target + units;
         switch (units) {
-        case 4: *--p = static_cast<Unit>((ch | 0x80) & 0xBF); ch >>= 6; [[fallthrough]];
-        case 3: *--p = static_cast<Unit>((ch | 0x80) & 0xBF); ch >>= 6; [[fallthrough]];
-        case 2: *--p = static_cast<Unit>((ch | 0x80) & 0xBF); ch >>= 6; [[fallthrough]];
-        case 1: *--p = static_cast<Unit>(ch | firstByteMark[units]);
+        case 4:
+            *--p = static_cast<Unit>((ch | 0x80) & 0xBF);
+            ch >>= 6;
+            [[fallthrough]];
+        case 3:
+            *--p = static_cast<Unit>((ch | 0x80) & 0xBF);
+            ch >>= 6;
+            [[fallthrough]];
+        case 2:
+            *--p = static_cast<Unit>((ch | 0x80) & 0xBF);
+            ch >>= 6;
+            [[fallthrough]];
+        case 1:
+            *--p = static_cast<Unit>(ch | firstByteMark[units]);
         }
     }
 };
@@ -159,8 +181,7 @@ struct Utf16Encoder {
         if (ch <= 0xFFFF) return 1;
         return ch <= kMaxLegalUtf32 ? 2 : 0;
     }
-    template <class Unit>
-    static void Write(uint32_t ch, unsigned units, Unit* target) {
+    template <class Unit> static void Write(uint32_t ch, unsigned units, Unit* target) {
         if (units == 1) {
             target[0] = static_cast<Unit>(ch);
             return;
@@ -173,8 +194,7 @@ struct Utf16Encoder {
 
 struct Utf32Encoder {
     static unsigned Units(uint32_t) { return 1; }
-    template <class Unit>
-    static void Write(uint32_t ch, unsigned, Unit* target) {
+    template <class Unit> static void Write(uint32_t ch, unsigned, Unit* target) {
         // Only reachable from UTF-32 input: the UTF-8 legality test stops at U+10FFFF.
         target[0] = static_cast<Unit>(ch > kMaxLegalUtf32 ? kReplacementChar : ch);
     }
@@ -182,8 +202,7 @@ struct Utf32Encoder {
 
 // Walks the source one code point at a time; see the header for the contract.
 template <class Encoder, class Source, class Target, class Decode>
-unsigned long Convert(const Source* source, const Source* sourceEnd, Target* target, Target* targetEnd,
-                      Decode decode) {
+unsigned long Convert(const Source* source, const Source* sourceEnd, Target* target, Target* targetEnd, Decode decode) {
     const bool measuring = target == nullptr;
     unsigned long count = 0;
     while (source && source < sourceEnd) {
@@ -201,8 +220,7 @@ unsigned long Convert(const Source* source, const Source* sourceEnd, Target* tar
     return count;
 }
 
-template <class Source>
-bool DecodeUtf8Fn(const Source*& p, const Source* end, uint32_t& ch) {
+template <class Source> bool DecodeUtf8Fn(const Source*& p, const Source* end, uint32_t& ch) {
     return DecodeUtf8(p, end, ch);
 }
 
@@ -223,15 +241,16 @@ const unsigned char* FindNonAscii(const unsigned char* p, const unsigned char* e
         if (word & 0x8080808080808080ULL) break;
         p += 8;
     }
-    while (p < end && *p < 0x80) ++p;
+    while (p < end && *p < 0x80)
+        ++p;
     return p;
 }
 
 // A growing byte array that ends up adopted by a CBinaryData.
 class CByteBuilder {
 public:
-    explicit CByteBuilder(size_t capacity) : m_data(new unsigned char[capacity ? capacity : 1]), m_size(0),
-                                             m_capacity(capacity ? capacity : 1) {}
+    explicit CByteBuilder(size_t capacity)
+        : m_data(new unsigned char[capacity ? capacity : 1]), m_size(0), m_capacity(capacity ? capacity : 1) {}
     unsigned char* Reserve(size_t extra) {
         if (m_capacity - m_size < extra) {
             const size_t capacity = 2 * (m_size + extra);
@@ -263,8 +282,7 @@ private:
 // Calls sink(codePoint) for each character of a local code page text of n
 // octets. Under ASCII_ONLY the text is UTF-8. An octet that doesn't start a
 // valid character becomes "?" and is stepped over alone.
-template <class Sink>
-void ForEachLocalCharacter(const char* text, size_t n, Sink sink) {
+template <class Sink> void ForEachLocalCharacter(const char* text, size_t n, Sink sink) {
     const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
     const unsigned char* const end = p + n;
     if (ASCII_ONLY) {
@@ -396,8 +414,8 @@ unsigned long UnicodeToUTF16(const wchar_t* text, unsigned long length, unsigned
                                      DecodeUtf32<wchar_t>);
     }
     std::vector<uint16_t> aligned(outLength);
-    const unsigned long written = Convert<Utf16Encoder>(text, text + length, aligned.data(),
-                                                        aligned.data() + outLength, DecodeUtf32<wchar_t>);
+    const unsigned long written =
+        Convert<Utf16Encoder>(text, text + length, aligned.data(), aligned.data() + outLength, DecodeUtf32<wchar_t>);
     if (written) std::memcpy(out, aligned.data(), written * sizeof(uint16_t));
     return written;
 }

@@ -19,8 +19,8 @@ CQvException::CQvException(const std::string& message, const CQvException& inner
     : m_message(message), m_innerException(inner.Clone()) {}
 
 CQvException::CQvException(const CQvException& other)
-    : m_message(other.m_message),
-      m_innerException(other.m_innerException ? other.m_innerException->Clone() : nullptr) {}
+    : m_message(other.m_message), m_innerException(other.m_innerException ? other.m_innerException->Clone() : nullptr) {
+}
 
 CQvException::~CQvException() { delete m_innerException; }
 
@@ -46,13 +46,13 @@ CQvException& CQvException::operator=(const CQvException& other) {
     return *this;
 }
 
-#define QVXML_DEFINE_EXCEPTION(Name, Base)                                                   \
-    Name::Name() : Base() {}                                                                 \
-    Name::Name(const std::string& message) : Base(message) {}                                \
-    Name::Name(const std::string& message, const CQvException& inner) : Base(message, inner) {} \
-    Name::Name(const CQvException& other) : Base(other) {}                                   \
-    Name::Name(const Name& other) : Base(static_cast<const CQvException&>(other)) {}         \
-    Name::~Name() {}                                                                         \
+#define QVXML_DEFINE_EXCEPTION(Name, Base)                                                                             \
+    Name::Name() : Base() {}                                                                                           \
+    Name::Name(const std::string& message) : Base(message) {}                                                          \
+    Name::Name(const std::string& message, const CQvException& inner) : Base(message, inner) {}                        \
+    Name::Name(const CQvException& other) : Base(other) {}                                                             \
+    Name::Name(const Name& other) : Base(static_cast<const CQvException&>(other)) {}                                   \
+    Name::~Name() {}                                                                                                   \
     CQvException* Name::Clone() const { return new Name(*this); }
 
 QVXML_DEFINE_EXCEPTION(CQvValidationException, CQvException)
@@ -71,7 +71,8 @@ enum SizeMark { SizeNone, SizeShort, SizeLong, Size64 };
 // Reads decimal digits as the width or precision and steps over them.
 int ReadNumber(const char*& p) {
     int value = std::atoi(p);
-    while (std::isdigit(static_cast<unsigned char>(*p))) ++p;
+    while (std::isdigit(static_cast<unsigned char>(*p)))
+        ++p;
     return value;
 }
 

@@ -31,17 +31,17 @@ protected:
     CQvException* m_innerException;
 };
 
-#define QVXML_DECLARE_EXCEPTION(Name, Base)                                   \
-    class Name : public Base {                                                \
-    public:                                                                   \
-        Name();                                                               \
-        Name(const std::string& message);                                     \
-        Name(const std::string& message, const CQvException& inner);          \
-        Name(const CQvException& other);                                      \
-        Name(const Name& other);                                              \
-        Name& operator=(const Name&) = default;                               \
-        ~Name() override;                                                     \
-        CQvException* Clone() const override;                                 \
+#define QVXML_DECLARE_EXCEPTION(Name, Base)                                                                            \
+    class Name : public Base {                                                                                         \
+    public:                                                                                                            \
+        Name();                                                                                                        \
+        Name(const std::string& message);                                                                              \
+        Name(const std::string& message, const CQvException& inner);                                                   \
+        Name(const CQvException& other);                                                                               \
+        Name(const Name& other);                                                                                       \
+        Name& operator=(const Name&) = default;                                                                        \
+        ~Name() override;                                                                                              \
+        CQvException* Clone() const override;                                                                          \
     };
 
 QVXML_DECLARE_EXCEPTION(CQvValidationException, CQvException)

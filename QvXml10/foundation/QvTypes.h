@@ -48,27 +48,18 @@ enum XmlEncoding : int32_t {
     XmlEncoding_UTF16NoDecl = 3
 };
 
-enum EOLType : int32_t {
-    EOLType_CRLF = 0,
-    EOLType_LF = 1
-};
+enum EOLType : int32_t { EOLType_CRLF = 0, EOLType_LF = 1 };
 
-enum CompressionType : int32_t {
-    CompressionType_None = 0,
-    CompressionType_GZip = 1,
-    CompressionType_ZLib = 2
-};
+enum CompressionType : int32_t { CompressionType_None = 0, CompressionType_GZip = 1, CompressionType_ZLib = 2 };
 
 // XML declaration in front of a Fast Infoset document: 0 for none, 1 to 9 select
 // one of the nine standard declaration texts.
-enum FInfoDecl : int32_t {
-    FInfoDecl_None = 0
-};
+enum FInfoDecl : int32_t { FInfoDecl_None = 0 };
 
 enum SchemaType : int32_t {
     SchemaType_Default = 0,
-    SchemaType_Reserved = 1,      // behaves as SchemaType_Default
-    SchemaType_NoNamespaces = 2   // namespace matching off, plain text parser
+    SchemaType_Reserved = 1,    // behaves as SchemaType_Default
+    SchemaType_NoNamespaces = 2 // namespace matching off, plain text parser
 };
 
 } // namespace QvXmlLib10

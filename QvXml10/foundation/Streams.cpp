@@ -45,7 +45,8 @@ CBinaryData LocalCodePageToUtf16LE(const char* text) {
     const uint16_t probe = 1;
     if (*reinterpret_cast<const unsigned char*>(&probe) != 1) {
         // The converter writes in the machine's order; turn big-endian units around.
-        for (unsigned long i = 0; i < written; ++i) std::swap(bytes[2 * i], bytes[2 * i + 1]);
+        for (unsigned long i = 0; i < written; ++i)
+            std::swap(bytes[2 * i], bytes[2 * i + 1]);
     }
     CBinaryData result(bytes.get(), written * 2, true);
     (void)bytes.release();
@@ -80,11 +81,8 @@ CStringBuffer::CStringBuffer() : CStringBuffer(kDefaultBlockBytes) {}
 CStringBuffer::CStringBuffer(unsigned long blockBytes)
     : CInstanceMonitor("CStringBuffer"),
       // A block must hold at least one character, or appending could never make room.
-      m_blockSize(std::max<unsigned long>(blockBytes, 2) - 1),
-      m_currentUsed(0),
-      m_currentCapacity(0),
-      m_pCurrent(nullptr),
-      m_length(0) {}
+      m_blockSize(std::max<unsigned long>(blockBytes, 2) - 1), m_currentUsed(0), m_currentCapacity(0),
+      m_pCurrent(nullptr), m_length(0) {}
 
 CStringBuffer::~CStringBuffer() = default;
 
@@ -313,8 +311,7 @@ void CFileBinaryStream::ToFile() {
     if (IsUtf16(m_encoding) && std::fwrite(kUtf16ByteOrderMark, 1, sizeof kUtf16ByteOrderMark, file.get()) == 0)
         throw CQvException(WriteFailedFor(m_fileName));
     // Only a write of nothing counts as a failure; empty data therefore fails.
-    const size_t written =
-        m_data.GetLength() ? std::fwrite(m_data.GetData(), 1, m_data.GetLength(), file.get()) : 0;
+    const size_t written = m_data.GetLength() ? std::fwrite(m_data.GetData(), 1, m_data.GetLength(), file.get()) : 0;
     if (written == 0) throw CQvException(WriteFailedFor(m_fileName));
 }
 

@@ -174,8 +174,7 @@ namespace Internal {
 class CTextAppender {
 public:
     explicit CTextAppender(CTextStream& stream)
-        : m_buffer(stream.m_buffer),
-          m_pos(m_buffer.m_pCurrent + m_buffer.m_currentUsed),
+        : m_buffer(stream.m_buffer), m_pos(m_buffer.m_pCurrent + m_buffer.m_currentUsed),
           m_end(m_buffer.m_pCurrent + m_buffer.m_currentCapacity) {}
     ~CTextAppender() { Commit(); }
     CTextAppender(const CTextAppender&) = delete;
@@ -230,8 +229,8 @@ private:
     void PutAcrossBlocks(const char* data, size_t length);
 
     CStringBuffer& m_buffer;
-    char* m_pos;  // next free byte of the current block
-    char* m_end;  // end of the current block's text capacity
+    char* m_pos; // next free byte of the current block
+    char* m_end; // end of the current block's text capacity
 };
 
 } // namespace Internal

@@ -9,14 +9,10 @@ namespace QvXmlLib10 {
 
 namespace {
 
-template <typename String>
-void FindReplaceAll(String& text, const String& find, const String& replacement)
-{
+template <typename String> void FindReplaceAll(String& text, const String& find, const String& replacement) {
     typename String::size_type position = text.find(find);
-    if (position == String::npos)
-        return;
-    if (find.empty())
-        throw CQvInvalidParamException("FindReplace can not search for an empty text");
+    if (position == String::npos) return;
+    if (find.empty()) throw CQvInvalidParamException("FindReplace can not search for an empty text");
     if (replacement.find(find) != String::npos)
         throw CQvInvalidParamException("FindReplace can not replace a text by one that contains it");
 
@@ -31,26 +27,22 @@ void FindReplaceAll(String& text, const String& find, const String& replacement)
 
 } // namespace
 
-void FindReplace(std::string& text, const std::string& find, const std::string& replacement)
-{
+void FindReplace(std::string& text, const std::string& find, const std::string& replacement) {
     FindReplaceAll(text, find, replacement);
 }
 
-void FindReplace(std::wstring& text, const std::wstring& find, const std::wstring& replacement)
-{
+void FindReplace(std::wstring& text, const std::wstring& find, const std::wstring& replacement) {
     FindReplaceAll(text, find, replacement);
 }
 
-std::string PadZero(int value, unsigned char width)
-{
+std::string PadZero(int value, unsigned char width) {
     // At most 255 characters: the widest width, with any sign inside it.
     char buffer[256];
     std::snprintf(buffer, sizeof buffer, "%0*d", static_cast<int>(width), value);
     return buffer;
 }
 
-std::string TrimTrainingZeros(std::string text)
-{
+std::string TrimTrainingZeros(std::string text) {
     const std::string::size_type last = text.find_last_not_of('0');
     if (last == std::string::npos)
         text.resize(text.empty() ? 0 : 1);
@@ -59,10 +51,8 @@ std::string TrimTrainingZeros(std::string text)
     return text;
 }
 
-char* strupr(char* text)
-{
-    if (text == nullptr)
-        return nullptr;
+char* strupr(char* text) {
+    if (text == nullptr) return nullptr;
     for (char* p = text; *p != '\0'; ++p)
         *p = static_cast<char>(std::toupper(static_cast<unsigned char>(*p)));
     return text;

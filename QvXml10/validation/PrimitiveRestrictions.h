@@ -22,7 +22,7 @@ public:
     CPrimitiveRestrictions& operator=(CPrimitiveRestrictions&&) = default;
     virtual ~CPrimitiveRestrictions();
 
-    std::string m_strPattern;       // XSD regular expression
+    std::string m_strPattern; // XSD regular expression
     int32_t m_nMinLength;
     int32_t m_nMaxLength;
     std::string m_strMinInclusive;

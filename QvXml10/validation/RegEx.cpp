@@ -36,8 +36,7 @@ constexpr long kInterpreterStackBudget = 512 * 1024;
 constexpr int kJitStackStart = 32 * 1024;
 constexpr int kJitStackMax = 16 * 1024 * 1024;
 
-unsigned long InterpreterRecursionLimit()
-{
+unsigned long InterpreterRecursionLimit() {
     // pcre_exec answers these arguments with the negated size of one frame.
     const int frameSize = -pcre_exec(nullptr, nullptr, nullptr, -999, -999, 0, nullptr, 0);
     return static_cast<unsigned long>(kInterpreterStackBudget / (frameSize > 0 ? frameSize : 1024));
@@ -46,21 +45,18 @@ unsigned long InterpreterRecursionLimit()
 // Runs the match as machine code with its own stack; an error when PCRE has no JIT.
 // JIT code takes no anchoring at match time, so the pattern is compiled again with
 // the anchoring built in, which matches alike.
-int ExecuteCompiled(const std::string& pattern, const char* subject, int length, int* offsets, int offsetCount)
-{
+int ExecuteCompiled(const std::string& pattern, const char* subject, int length, int* offsets, int offsetCount) {
     const char* error = nullptr;
     int errorOffset = 0;
     const std::unique_ptr<pcre, PcreDeleter> compiled(
         pcre_compile(pattern.c_str(), PCRE_UTF8 | PCRE_ANCHORED, &error, &errorOffset, nullptr));
-    if (!compiled)
-        return PCRE_ERROR_RECURSIONLIMIT;
+    if (!compiled) return PCRE_ERROR_RECURSIONLIMIT;
     const std::unique_ptr<pcre_extra, StudyDeleter> study(pcre_study(compiled.get(), PCRE_STUDY_JIT_COMPILE, &error));
     int isJit = 0;
     if (!study || pcre_fullinfo(compiled.get(), study.get(), PCRE_INFO_JIT, &isJit) != 0 || !isJit)
         return PCRE_ERROR_RECURSIONLIMIT;
     const std::unique_ptr<pcre_jit_stack, JitStackDeleter> stack(pcre_jit_stack_alloc(kJitStackStart, kJitStackMax));
-    if (!stack)
-        return PCRE_ERROR_NOMEMORY;
+    if (!stack) return PCRE_ERROR_NOMEMORY;
     pcre_assign_jit_stack(study.get(), nullptr, stack.get());
     return pcre_exec(compiled.get(), study.get(), subject, length, 0, 0, offsets, offsetCount);
 }
@@ -68,8 +64,7 @@ int ExecuteCompiled(const std::string& pattern, const char* subject, int length,
 // XSD escapes in PCRE's terms. An escaped backslash is parked on the byte 0x01 while
 // the other escapes are rewritten, so that "\\i" stays a backslash and an "i".
 // The last block keeps its historical upper bound \1117.
-void TranslatePattern(std::string& pattern)
-{
+void TranslatePattern(std::string& pattern) {
     FindReplace(pattern, "\\\\", "\x01");
     FindReplace(pattern, "\\i", "([^\\W\\d]|:)");
     FindReplace(pattern, "\\I", "([\\W\\d])");
@@ -86,8 +81,7 @@ void TranslatePattern(std::string& pattern)
 
 } // namespace
 
-bool TestRegEx(std::string pattern, std::string value)
-{
+bool TestRegEx(std::string pattern, std::string value) {
     TranslatePattern(pattern);
 
     const char* error = nullptr;
@@ -95,8 +89,8 @@ bool TestRegEx(std::string pattern, std::string value)
     const std::unique_ptr<pcre, PcreDeleter> compiled(
         pcre_compile(pattern.c_str(), PCRE_UTF8, &error, &errorOffset, nullptr));
     if (!compiled)
-        throw CQvException(FormatString("Invalid Regular Expression: %s Error: '%s'", value.c_str(),
-                                        error != nullptr ? error : ""));
+        throw CQvException(
+            FormatString("Invalid Regular Expression: %s Error: '%s'", value.c_str(), error != nullptr ? error : ""));
 
     int captureCount = 0;
     pcre_fullinfo(compiled.get(), nullptr, PCRE_INFO_CAPTURECOUNT, &captureCount);
@@ -113,8 +107,8 @@ bool TestRegEx(std::string pattern, std::string value)
     limits.flags = PCRE_EXTRA_MATCH_LIMIT_RECURSION;
     limits.match_limit_recursion = InterpreterRecursionLimit();
     const int offsetCount = static_cast<int>(offsets.size());
-    int result = pcre_exec(compiled.get(), &limits, subject.c_str(), length, 0, PCRE_ANCHORED, offsets.data(),
-                           offsetCount);
+    int result =
+        pcre_exec(compiled.get(), &limits, subject.c_str(), length, 0, PCRE_ANCHORED, offsets.data(), offsetCount);
     if (result == PCRE_ERROR_RECURSIONLIMIT)
         result = ExecuteCompiled(pattern, subject.c_str(), length, offsets.data(), offsetCount);
     // "$" also matches before a final newline: the match must reach the very end.

@@ -11,10 +11,10 @@ class CWhitespaceUtils {
 public:
     // Generated code passes these by number.
     enum WhitespaceRule : int32_t {
-        WhitespaceRule_None = 0,      // untouched
-        WhitespaceRule_Preserve = 1,  // line ends become LF
-        WhitespaceRule_Replace = 2,   // line ends and tabs become spaces
-        WhitespaceRule_Collapse = 3   // runs become one space, ends trimmed
+        WhitespaceRule_None = 0,     // untouched
+        WhitespaceRule_Preserve = 1, // line ends become LF
+        WhitespaceRule_Replace = 2,  // line ends and tabs become spaces
+        WhitespaceRule_Collapse = 3  // runs become one space, ends trimmed
     };
 
     // Space, tab, CR and LF; nothing else.

@@ -19,38 +19,29 @@ constexpr auto kBoundRule = CWhitespaceUtils::WhitespaceRule_Collapse;
 // NaN, for which every comparison is false, fails them all. `parse` turns a bound into
 // the value's type; `reject` throws the failure.
 template <typename T, typename Parse, typename Reject>
-void CheckOrdered(T value, const CPrimitiveRestrictions& restrictions, Parse parse, Reject reject)
-{
-    if (!restrictions.m_strMinInclusive.empty() && !(value >= parse(restrictions.m_strMinInclusive)))
-        reject();
-    if (!restrictions.m_strMaxInclusive.empty() && !(value <= parse(restrictions.m_strMaxInclusive)))
-        reject();
-    if (!restrictions.m_strMinExclusive.empty() && !(value > parse(restrictions.m_strMinExclusive)))
-        reject();
-    if (!restrictions.m_strMaxExclusive.empty() && !(value < parse(restrictions.m_strMaxExclusive)))
-        reject();
+void CheckOrdered(T value, const CPrimitiveRestrictions& restrictions, Parse parse, Reject reject) {
+    if (!restrictions.m_strMinInclusive.empty() && !(value >= parse(restrictions.m_strMinInclusive))) reject();
+    if (!restrictions.m_strMaxInclusive.empty() && !(value <= parse(restrictions.m_strMaxInclusive))) reject();
+    if (!restrictions.m_strMinExclusive.empty() && !(value > parse(restrictions.m_strMinExclusive))) reject();
+    if (!restrictions.m_strMaxExclusive.empty() && !(value < parse(restrictions.m_strMaxExclusive))) reject();
 }
 
-[[noreturn]] void RejectText(const char* name, const std::string& value)
-{
+[[noreturn]] void RejectText(const char* name, const std::string& value) {
     throw CQvException(FormatString("Invalid Value for %s [%s]", name, value.c_str()));
 }
 
-[[noreturn]] void RejectInteger(const char* name, int value)
-{
+[[noreturn]] void RejectInteger(const char* name, int value) {
     throw CQvException(FormatString("Invalid Value for %s [%d]", name, value));
 }
 
-[[noreturn]] void RejectFloat(const char* name, double value)
-{
+[[noreturn]] void RejectFloat(const char* name, double value) {
     throw CQvException(FormatString("Invalid Value for %s [%f]", name, value));
 }
 
 } // namespace
 
 void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value, ItemType type,
-                                        const CPrimitiveRestrictions& restrictions)
-{
+                                        const CPrimitiveRestrictions& restrictions) {
     switch (type) {
     case ItemType_i1:
         CheckRestrictionFori1(name, value.GetI1(), restrictions);
@@ -94,24 +85,24 @@ void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value
     }
 }
 
-void CXmlObjectHelper::CheckRestrictionFori1(const char* name, char value, const CPrimitiveRestrictions& restrictions)
-{
+void CXmlObjectHelper::CheckRestrictionFori1(const char* name, char value, const CPrimitiveRestrictions& restrictions) {
     const signed char number = static_cast<signed char>(value);
     CheckOrdered(
         number, restrictions,
-        [](const std::string& bound) { return static_cast<signed char>(CConversions::i1FromString(bound, kBoundRule)); },
+        [](const std::string& bound) {
+            return static_cast<signed char>(CConversions::i1FromString(bound, kBoundRule));
+        },
         [&] { RejectInteger(name, number); });
 }
 
-void CXmlObjectHelper::CheckRestrictionFori2(const char* name, short value, const CPrimitiveRestrictions& restrictions)
-{
+void CXmlObjectHelper::CheckRestrictionFori2(const char* name, short value,
+                                             const CPrimitiveRestrictions& restrictions) {
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::i2FromString(bound, kBoundRule); },
         [&] { RejectInteger(name, value); });
 }
 
-void CXmlObjectHelper::CheckRestrictionFori4(const char* name, long value, const CPrimitiveRestrictions& restrictions)
-{
+void CXmlObjectHelper::CheckRestrictionFori4(const char* name, long value, const CPrimitiveRestrictions& restrictions) {
     // i4 is a long: it is shown whole, not cut to an int.
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::i4FromString(bound, kBoundRule); },
@@ -119,32 +110,28 @@ void CXmlObjectHelper::CheckRestrictionFori4(const char* name, long value, const
 }
 
 void CXmlObjectHelper::CheckRestrictionFori8(const char* name, long long value,
-                                             const CPrimitiveRestrictions& restrictions)
-{
+                                             const CPrimitiveRestrictions& restrictions) {
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::i8FromString(bound, kBoundRule); },
         [&] { RejectText(name, CConversions::i8ToString(value)); });
 }
 
 void CXmlObjectHelper::CheckRestrictionForui1(const char* name, unsigned char value,
-                                              const CPrimitiveRestrictions& restrictions)
-{
+                                              const CPrimitiveRestrictions& restrictions) {
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::ui1FromString(bound, kBoundRule); },
         [&] { RejectInteger(name, value); });
 }
 
 void CXmlObjectHelper::CheckRestrictionForui2(const char* name, unsigned short value,
-                                              const CPrimitiveRestrictions& restrictions)
-{
+                                              const CPrimitiveRestrictions& restrictions) {
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::ui2FromString(bound, kBoundRule); },
         [&] { RejectInteger(name, value); });
 }
 
 void CXmlObjectHelper::CheckRestrictionForui4(const char* name, unsigned long value,
-                                              const CPrimitiveRestrictions& restrictions)
-{
+                                              const CPrimitiveRestrictions& restrictions) {
     // ui4 is an unsigned long: it is shown whole, not cut to an int.
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::ui4FromString(bound, kBoundRule); },
@@ -152,40 +139,34 @@ void CXmlObjectHelper::CheckRestrictionForui4(const char* name, unsigned long va
 }
 
 void CXmlObjectHelper::CheckRestrictionForui8(const char* name, unsigned long long value,
-                                              const CPrimitiveRestrictions& restrictions)
-{
+                                              const CPrimitiveRestrictions& restrictions) {
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::ui8FromString(bound, kBoundRule); },
         [&] { RejectText(name, CConversions::ui8ToString(value)); });
 }
 
-void CXmlObjectHelper::CheckRestrictionForr4(const char* name, float value, const CPrimitiveRestrictions& restrictions)
-{
+void CXmlObjectHelper::CheckRestrictionForr4(const char* name, float value,
+                                             const CPrimitiveRestrictions& restrictions) {
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::r4FromString(bound, kBoundRule); },
         [&] { RejectFloat(name, value); });
 }
 
-void CXmlObjectHelper::CheckRestrictionForr8(const char* name, double value, const CPrimitiveRestrictions& restrictions)
-{
+void CXmlObjectHelper::CheckRestrictionForr8(const char* name, double value,
+                                             const CPrimitiveRestrictions& restrictions) {
     CheckOrdered(
         value, restrictions, [](const std::string& bound) { return CConversions::r8FromString(bound, kBoundRule); },
         [&] { RejectFloat(name, value); });
 }
 
 void CXmlObjectHelper::CheckRestrictionForstring(const char* name, std::string value,
-                                                 const CPrimitiveRestrictions& restrictions)
-{
+                                                 const CPrimitiveRestrictions& restrictions) {
     const long long length = static_cast<long long>(value.size());
-    if (restrictions.m_nMinLength >= 0 && length < restrictions.m_nMinLength)
-        RejectText(name, value);
-    if (restrictions.m_nMaxLength >= 0 && length > restrictions.m_nMaxLength)
-        RejectText(name, value);
-    if (restrictions.m_nLength >= 0 && length != restrictions.m_nLength)
-        RejectText(name, value);
+    if (restrictions.m_nMinLength >= 0 && length < restrictions.m_nMinLength) RejectText(name, value);
+    if (restrictions.m_nMaxLength >= 0 && length > restrictions.m_nMaxLength) RejectText(name, value);
+    if (restrictions.m_nLength >= 0 && length != restrictions.m_nLength) RejectText(name, value);
 
-    if (restrictions.m_strPattern.empty())
-        return;
+    if (restrictions.m_strPattern.empty()) return;
     // Patterns are matched in UTF-8.
     const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(restrictions.m_strPattern.c_str());
     std::string pattern = utf8.GetData() != nullptr
@@ -198,12 +179,9 @@ void CXmlObjectHelper::CheckRestrictionForstring(const char* name, std::string v
         throw CQvException(
             FormatString("%s\nInvalid Value for %s [%s]", e.GetFullMessage().c_str(), name, value.c_str()));
     }
-    if (!matches)
-        RejectText(name, value);
+    if (!matches) RejectText(name, value);
 }
 
-void CXmlObjectHelper::CheckRestrictionForboolean(const char*, bool, const CPrimitiveRestrictions&)
-{
-}
+void CXmlObjectHelper::CheckRestrictionForboolean(const char*, bool, const CPrimitiveRestrictions&) {}
 
 } // namespace QvXmlLib10

@@ -13,35 +13,24 @@ namespace QvXmlLib10 {
 namespace {
 
 // Names of the kinds 1 to 26, indexed by kind.
-const char* const kTypeNames[] = {
-    nullptr,     "hexBinary", "base64Binary", "i1",   "i2",       "i4",     "i8",      "ui1",   "ui2",
-    "ui4",       "ui8",       "r4",           "r8",   "duration", "yearMonth", "monthDay", "year", "month",
-    "day",       "date",      "datetime",     "time", "char",     "string", "boolean", "decimal", "integer"};
+const char* const kTypeNames[] = {nullptr,     "hexBinary", "base64Binary", "i1",      "i2",      "i4",     "i8",
+                                  "ui1",       "ui2",       "ui4",          "ui8",     "r4",      "r8",     "duration",
+                                  "yearMonth", "monthDay",  "year",         "month",   "day",     "date",   "datetime",
+                                  "time",      "char",      "string",       "boolean", "decimal", "integer"};
 
-bool IsPrimitiveKind(ItemType type)
-{
-    return type >= ItemType_hexBinary && type <= ItemType_integer;
-}
+bool IsPrimitiveKind(ItemType type) { return type >= ItemType_hexBinary && type <= ItemType_integer; }
 
-[[noreturn]] void ThrowNotConvertible(ItemType kind)
-{
+[[noreturn]] void ThrowNotConvertible(ItemType kind) {
     throw CQvException(FormatString("Invalid Type %d to convert to string", static_cast<int>(kind)));
 }
 
 } // namespace
 
-QvVariant::QvVariant() : m_bNil(false), m_eType(ItemType_Invalid), m_value()
-{
-    m_value.ui8 = 0;
-}
+QvVariant::QvVariant() : m_bNil(false), m_eType(ItemType_Invalid), m_value() { m_value.ui8 = 0; }
 
-QvVariant::QvVariant(const QvVariant& other) : QvVariant()
-{
-    *this = other;
-}
+QvVariant::QvVariant(const QvVariant& other) : QvVariant() { *this = other; }
 
-QvVariant& QvVariant::operator=(const QvVariant& other)
-{
+QvVariant& QvVariant::operator=(const QvVariant& other) {
     if (this == &other) {
         // Clearing the target clears the source too: nothing is left to copy.
         Clear();
@@ -83,8 +72,7 @@ QvVariant& QvVariant::operator=(const QvVariant& other)
         return *this;
     }
     // Nil carries no value; a scalar copies its own width of the word and no more.
-    if (nil)
-        return *this;
+    if (nil) return *this;
     switch (kind) {
     case ItemType_Invalid:
         break;
@@ -139,25 +127,14 @@ QvVariant& QvVariant::operator=(const QvVariant& other)
     return *this;
 }
 
-QvVariant::~QvVariant()
-{
-    Clear();
-}
+QvVariant::~QvVariant() { Clear(); }
 
-bool QvVariant::IsValid() const
-{
-    return m_eType != ItemType_Invalid || m_bNil;
-}
+bool QvVariant::IsValid() const { return m_eType != ItemType_Invalid || m_bNil; }
 
-bool QvVariant::IsNil() const
-{
-    return m_bNil;
-}
+bool QvVariant::IsNil() const { return m_bNil; }
 
-void QvVariant::Clear()
-{
-    if (m_eType == ItemType_Invalid)
-        return;
+void QvVariant::Clear() {
+    if (m_eType == ItemType_Invalid) return;
     m_bNil = false;
     const ItemType kind = m_eType;
     m_eType = ItemType_Invalid;
@@ -170,15 +147,13 @@ void QvVariant::Clear()
         // The variant is empty before Release runs any destructor.
         CXmlObjectBase* const object = m_value.pXmlObject;
         m_value.pXmlObject = nullptr;
-        if (object != nullptr)
-            object->Release();
+        if (object != nullptr) object->Release();
         break;
     }
     case ItemType_XmlCollection: {
         CXmlCollectionBase* const collection = m_value.pXmlCollection;
         m_value.pXmlCollection = nullptr;
-        if (collection != nullptr)
-            collection->Release();
+        if (collection != nullptr) collection->Release();
         break;
     }
     default:
@@ -187,29 +162,24 @@ void QvVariant::Clear()
     }
 }
 
-void QvVariant::SetNil()
-{
+void QvVariant::SetNil() {
     const ItemType kind = m_eType;
     Clear();
     m_eType = kind;
     m_bNil = true;
 }
 
-void QvVariant::SetInvalid()
-{
+void QvVariant::SetInvalid() {
     Clear();
     m_eType = ItemType_Invalid;
 }
 
-std::string QvVariant::GetType() const
-{
-    if (!IsPrimitiveKind(m_eType))
-        throw CQvException(FormatString("Invalid Type %d", static_cast<int>(m_eType)));
+std::string QvVariant::GetType() const {
+    if (!IsPrimitiveKind(m_eType)) throw CQvException(FormatString("Invalid Type %d", static_cast<int>(m_eType)));
     return kTypeNames[m_eType];
 }
 
-std::string QvVariant::ToString(const char* format) const
-{
+std::string QvVariant::ToString(const char* format) const {
     switch (m_eType) {
     case ItemType_i1:
         return CConversions::i1ToString(m_value.i1);
@@ -248,8 +218,7 @@ std::string QvVariant::ToString(const char* format) const
     }
 }
 
-void QvVariant::FromString(const std::string& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule)
-{
+void QvVariant::FromString(const std::string& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule) {
     // Each branch parses completely before the setter touches this variant.
     switch (type) {
     case ItemType_i1:
@@ -297,226 +266,154 @@ void QvVariant::FromString(const std::string& text, ItemType type, CWhitespaceUt
     }
 }
 
-void QvVariant::SetI1(char value)
-{
+void QvVariant::SetI1(char value) {
     Clear();
     m_eType = ItemType_i1;
     m_value.i1 = value;
 }
 
-void QvVariant::SetI2(short value)
-{
+void QvVariant::SetI2(short value) {
     Clear();
     m_eType = ItemType_i2;
     m_value.i2 = value;
 }
 
-void QvVariant::SetI4(long value)
-{
+void QvVariant::SetI4(long value) {
     Clear();
     m_eType = ItemType_i4;
     m_value.i4 = value;
 }
 
-void QvVariant::SetI8(long long value)
-{
+void QvVariant::SetI8(long long value) {
     Clear();
     m_eType = ItemType_i8;
     m_value.i8 = value;
 }
 
-void QvVariant::SetUI1(unsigned char value)
-{
+void QvVariant::SetUI1(unsigned char value) {
     Clear();
     m_eType = ItemType_ui1;
     m_value.ui1 = value;
 }
 
-void QvVariant::SetUI2(unsigned short value)
-{
+void QvVariant::SetUI2(unsigned short value) {
     Clear();
     m_eType = ItemType_ui2;
     m_value.ui2 = value;
 }
 
-void QvVariant::SetUI4(unsigned long value)
-{
+void QvVariant::SetUI4(unsigned long value) {
     Clear();
     m_eType = ItemType_ui4;
     m_value.ui4 = value;
 }
 
-void QvVariant::SetUI8(unsigned long long value)
-{
+void QvVariant::SetUI8(unsigned long long value) {
     Clear();
     m_eType = ItemType_ui8;
     m_value.ui8 = value;
 }
 
-void QvVariant::SetR4(float value)
-{
+void QvVariant::SetR4(float value) {
     Clear();
     m_eType = ItemType_r4;
     m_value.r4 = value;
 }
 
-void QvVariant::SetR8(double value)
-{
+void QvVariant::SetR8(double value) {
     Clear();
     m_eType = ItemType_r8;
     m_value.r8 = value;
 }
 
-void QvVariant::SetYear(unsigned short value)
-{
+void QvVariant::SetYear(unsigned short value) {
     Clear();
     m_eType = ItemType_year;
     m_value.year = value;
 }
 
-void QvVariant::SetMonth(unsigned char value)
-{
+void QvVariant::SetMonth(unsigned char value) {
     Clear();
     m_eType = ItemType_month;
     m_value.month = value;
 }
 
-void QvVariant::SetDay(unsigned char value)
-{
+void QvVariant::SetDay(unsigned char value) {
     Clear();
     m_eType = ItemType_day;
     m_value.day = value;
 }
 
-void QvVariant::SetChar(char value)
-{
+void QvVariant::SetChar(char value) {
     Clear();
     m_eType = ItemType_char;
     m_value.ch = value;
 }
 
-void QvVariant::SetBoolean(bool value)
-{
+void QvVariant::SetBoolean(bool value) {
     Clear();
     m_eType = ItemType_boolean;
     m_value.boolean = value ? 1 : 0;
 }
 
-void QvVariant::SetString(std::string value)
-{
+void QvVariant::SetString(std::string value) {
     auto copy = std::make_unique<std::string>(std::move(value));
     Clear();
     m_eType = ItemType_string;
     m_value.pString = copy.release();
 }
 
-void QvVariant::SetXmlObject(CXmlObjectBase* value)
-{
+void QvVariant::SetXmlObject(CXmlObjectBase* value) {
     // The new reference is taken first, so setting the object already held cannot
     // delete it on the way.
-    if (value != nullptr)
-        value->AddRef();
+    if (value != nullptr) value->AddRef();
     Clear();
     m_eType = ItemType_XmlObject;
     m_value.pXmlObject = value;
 }
 
-void QvVariant::SetXmlCollection(CXmlCollectionBase* value)
-{
-    if (value != nullptr)
-        value->AddRef();
+void QvVariant::SetXmlCollection(CXmlCollectionBase* value) {
+    if (value != nullptr) value->AddRef();
     Clear();
     m_eType = ItemType_XmlCollection;
     m_value.pXmlCollection = value;
 }
 
-char QvVariant::GetI1() const
-{
-    return m_value.i1;
-}
+char QvVariant::GetI1() const { return m_value.i1; }
 
-short QvVariant::GetI2() const
-{
-    return m_value.i2;
-}
+short QvVariant::GetI2() const { return m_value.i2; }
 
-long QvVariant::GetI4() const
-{
-    return m_value.i4;
-}
+long QvVariant::GetI4() const { return m_value.i4; }
 
-long long QvVariant::GetI8() const
-{
-    return m_value.i8;
-}
+long long QvVariant::GetI8() const { return m_value.i8; }
 
-unsigned char QvVariant::GetUI1() const
-{
-    return m_value.ui1;
-}
+unsigned char QvVariant::GetUI1() const { return m_value.ui1; }
 
-unsigned short QvVariant::GetUI2() const
-{
-    return m_value.ui2;
-}
+unsigned short QvVariant::GetUI2() const { return m_value.ui2; }
 
-unsigned long QvVariant::GetUI4() const
-{
-    return m_value.ui4;
-}
+unsigned long QvVariant::GetUI4() const { return m_value.ui4; }
 
-unsigned long long QvVariant::GetUI8() const
-{
-    return m_value.ui8;
-}
+unsigned long long QvVariant::GetUI8() const { return m_value.ui8; }
 
-float QvVariant::GetR4() const
-{
-    return m_value.r4;
-}
+float QvVariant::GetR4() const { return m_value.r4; }
 
-double QvVariant::GetR8() const
-{
-    return m_value.r8;
-}
+double QvVariant::GetR8() const { return m_value.r8; }
 
-unsigned short QvVariant::GetYear() const
-{
-    return m_value.year;
-}
+unsigned short QvVariant::GetYear() const { return m_value.year; }
 
-unsigned char QvVariant::GetMonth() const
-{
-    return m_value.month;
-}
+unsigned char QvVariant::GetMonth() const { return m_value.month; }
 
-unsigned char QvVariant::GetDay() const
-{
-    return m_value.day;
-}
+unsigned char QvVariant::GetDay() const { return m_value.day; }
 
-char QvVariant::GetChar() const
-{
-    return m_value.ch;
-}
+char QvVariant::GetChar() const { return m_value.ch; }
 
-bool QvVariant::GetBoolean() const
-{
-    return m_value.boolean != 0;
-}
+bool QvVariant::GetBoolean() const { return m_value.boolean != 0; }
 
-std::string QvVariant::GetString() const
-{
-    return m_value.pString != nullptr ? *m_value.pString : std::string();
-}
+std::string QvVariant::GetString() const { return m_value.pString != nullptr ? *m_value.pString : std::string(); }
 
-CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const
-{
-    return CSmartPtr<CXmlObjectBase>(m_value.pXmlObject);
-}
+CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const { return CSmartPtr<CXmlObjectBase>(m_value.pXmlObject); }
 
-CSmartPtr<CXmlCollectionBase> QvVariant::GetXmlCollection() const
-{
+CSmartPtr<CXmlCollectionBase> QvVariant::GetXmlCollection() const {
     return CSmartPtr<CXmlCollectionBase>(m_value.pXmlCollection);
 }
 

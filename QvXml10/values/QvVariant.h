@@ -113,8 +113,8 @@ private:
         unsigned char day;
         char ch;
         unsigned char boolean;
-        std::string* pString;          // owned
-        CXmlObjectBase* pXmlObject;    // one counted reference
+        std::string* pString;               // owned
+        CXmlObjectBase* pXmlObject;         // one counted reference
         CXmlCollectionBase* pXmlCollection; // one counted reference
     };
     static_assert(sizeof(Value) == 8, "the value word is 64 bits wide");

@@ -51,27 +51,25 @@ public:
         Property(P_any).SetXmlCollection(new CAttributeCol("", "##other", T_NS));
     }
     void Init() override { ResetValues(); }
-    CAttributeCol* GetAny() const {
-        return static_cast<CAttributeCol*>(Property(P_any).GetXmlCollection().Get());
-    }
+    CAttributeCol* GetAny() const { return static_cast<CAttributeCol*>(Property(P_any).GetXmlCollection().Get()); }
 
     static void BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
         parent = new CParentElementInfo(XmlElementGroupType_Sequence, XmlElementType_Element, "Holder", T_NS, true,
                                         false, -1, ItemType_Invalid, nullptr, false);
-        elements = new CElementInfo*[1]{nullptr};
+        elements = new CElementInfo* [1] { nullptr };
         const CPrimitiveRestrictions atMostTen(nullptr, -1, -1, nullptr, "10", nullptr, nullptr, -1);
-        attributes = new CAttributeInfo*[7]{
+        attributes = new CAttributeInfo* [7] {
             new CAttributeInfoPrimitive("count", "", P_count, false, ItemType_i4, nullptr,
                                         CWhitespaceUtils::WhitespaceRule_Collapse, atMostTen, nullptr),
-            new CAttributeInfoPrimitive("ratio", "", P_ratio, true, ItemType_r8, nullptr,
-                                        CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions(), "1.0"),
-            new CAttributeInfoPrimitive("size", "", P_size, true, ItemType_string, nullptr,
-                                        CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions(),
-                                        "medium"),
-            new CAttributeInfoEnum("color", "", P_color, true, ShapeToText, TextToShape, "circle"),
-            new CAttributeInfoEnum("shape", T_NS, P_shape, false, ShapeToText, TextToShape, nullptr),
-            new CAttributeInfoAny("AnyAttribute", "", P_any, true, "##other", T_NS, nullptr),
-            nullptr};
+                new CAttributeInfoPrimitive("ratio", "", P_ratio, true, ItemType_r8, nullptr,
+                                            CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions(), "1.0"),
+                new CAttributeInfoPrimitive("size", "", P_size, true, ItemType_string, nullptr,
+                                            CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions(),
+                                            "medium"),
+                new CAttributeInfoEnum("color", "", P_color, true, ShapeToText, TextToShape, "circle"),
+                new CAttributeInfoEnum("shape", T_NS, P_shape, false, ShapeToText, TextToShape, nullptr),
+                new CAttributeInfoAny("AnyAttribute", "", P_any, true, "##other", T_NS, nullptr), nullptr
+        };
     }
 };
 
@@ -109,9 +107,10 @@ TEST(AttributeMetadata, ReadsEachKindAndCollectsTheRestWithoutDuplicateTest) {
     CAttributeInfoAny any("AnyAttribute", "", CHolder::P_any, true, "##any", "", nullptr);
     for (int i = 0; i < 2; ++i)
         for (const auto& attribute : document.GetDocumentElement()->GetAttributes())
-            EXPECT_TRUE(any.AttributeFromXml(CXmlSerializationContext::m_defaultContext, holder.Get(),
-                                             attribute.get()));
-    EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}x=1 {urn:o}y=2 {}z=3 {urn:a}n=1 {urn:b}n=2 {urn:a}n=1 {urn:b}n=2 ");
+            EXPECT_TRUE(
+                any.AttributeFromXml(CXmlSerializationContext::m_defaultContext, holder.Get(), attribute.get()));
+    EXPECT_EQ(Attributes(*holder->GetAny()),
+              "{urn:o}x=1 {urn:o}y=2 {}z=3 {urn:a}n=1 {urn:b}n=2 {urn:a}n=1 {urn:b}n=2 ");
 }
 
 TEST(AttributeMetadata, ReadingFailuresWithTheirChains) {
@@ -120,9 +119,11 @@ TEST(AttributeMetadata, ReadingFailuresWithTheirChains) {
         bool ignoreUnknownAttributes;
         const char* message;
     } cases[] = {
-        {"t:shape=\"circle\"", false, "Failed to process the element [Holder]\nFailed to find the required Attribute [count]"},
+        {"t:shape=\"circle\"", false,
+         "Failed to process the element [Holder]\nFailed to find the required Attribute [count]"},
         // Ignoring unknown attributes does not excuse a required one.
-        {"t:shape=\"circle\"", true, "Failed to process the element [Holder]\nFailed to find the required Attribute [count]"},
+        {"t:shape=\"circle\"", true,
+         "Failed to process the element [Holder]\nFailed to find the required Attribute [count]"},
         {"count=\"1\"", false, "Failed to process the element [Holder]\nFailed to find the required Attribute [shape]"},
         // The wildcard refuses the target namespace.
         {"count=\"1\" t:shape=\"circle\" t:other=\"1\"", false,
@@ -151,9 +152,8 @@ TEST(AttributeMetadata, IgnoringNamespacesReachesEnumerationsButNotPrimitives) {
     // shape without its namespace is found; count in a namespace is not, and the
     // wildcard refuses urn:t.
     CSmartPtr<CHolder> holder(new CHolder);
-    EXPECT_EQ(FullMessageOf<CQvValidationException>([&] {
-                  holder->FromXml("<Holder xmlns:t=\"urn:t\" t:count=\"4\" shape=\"square\"/>", context);
-              }),
+    EXPECT_EQ(FullMessageOf<CQvValidationException>(
+                  [&] { holder->FromXml("<Holder xmlns:t=\"urn:t\" t:count=\"4\" shape=\"square\"/>", context); }),
               "Failed to process the element [Holder]\nFailed to find the required Attribute [count]");
     EXPECT_EQ(holder->Property(CHolder::P_shape).GetI4(), Shape_Square);
 
@@ -165,9 +165,8 @@ TEST(AttributeMetadata, IgnoringNamespacesReachesEnumerationsButNotPrimitives) {
     // Without ignoring namespaces, shape outside urn:t goes to the wildcard.
     CXmlSerializationContext strict;
     strict.SetIgnoreUnknownAttributes(true);
-    EXPECT_EQ(FullMessageOf<CQvValidationException>([&] {
-                  holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"4\" o:shape=\"square\"/>", strict);
-              }),
+    EXPECT_EQ(FullMessageOf<CQvValidationException>(
+                  [&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"4\" o:shape=\"square\"/>", strict); }),
               "Failed to process the element [Holder]\nFailed to find the required Attribute [shape]");
     EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}shape=square ");
 }

@@ -57,7 +57,8 @@ TEST(ObjectBase, AddRefAndReleaseFromSeveralThreads) {
     std::vector<std::thread> threads;
     for (int t = 0; t < 8; ++t) {
         threads.emplace_back([&] {
-            while (!go) std::this_thread::yield();
+            while (!go)
+                std::this_thread::yield();
             for (int i = 0; i < 20000; ++i) {
                 object->AddRef();
                 object->Release();
@@ -65,7 +66,8 @@ TEST(ObjectBase, AddRefAndReleaseFromSeveralThreads) {
         });
     }
     go = true;
-    for (auto& thread : threads) thread.join();
+    for (auto& thread : threads)
+        thread.join();
     EXPECT_EQ(destroyed, 0);
     EXPECT_EQ(object->Release(), 0);
     EXPECT_EQ(destroyed, 1);
@@ -148,23 +150,39 @@ TEST(ObjectBase, ChoiceBookkeeping) {
     CRecorder some;
     const std::string busy = "The Property [a] is already set. Only one element within this class bay be set at a time";
     const ChoiceCase cases[] = {
-        {"select null on empty sets it", "", [](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", nullptr, s); }, "a", ""},
-        {"select value on empty", "", [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", &some, s); }, "a", ""},
-        {"select null on itself clears", "a", [](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", nullptr, s); }, "", ""},
-        {"select value on itself keeps", "a", [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", &some, s); }, "a", ""},
-        {"select null on other changes nothing", "a", [](std::string& s) { CXmlObjectBase::Choice_SelectElement("b", nullptr, s); }, "a", ""},
-        {"select value on other throws", "a", [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("b", &some, s); }, "", busy},
-        {"collection grows on empty", "", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 2, s); }, "a", ""},
-        {"collection empty on empty", "", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 0, s); }, "", ""},
-        {"collection emptied clears", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 0, s); }, "", ""},
-        {"collection of itself keeps", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 3, s); }, "a", ""},
-        {"other empty collection changes nothing", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("b", 0, s); }, "a", ""},
-        {"other collection grows throws", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("b", 1, s); }, "", busy},
-        {"valid false clears", "a", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(false, "b", s); }, "", ""},
-        {"valid true on itself keeps", "a", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "a", s); }, "a", ""},
-        {"valid true on empty throws without name", "", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "a", s); }, "",
+        {"select null on empty sets it", "",
+         [](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", nullptr, s); }, "a", ""},
+        {"select value on empty", "", [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", &some, s); }, "a",
+         ""},
+        {"select null on itself clears", "a",
+         [](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", nullptr, s); }, "", ""},
+        {"select value on itself keeps", "a",
+         [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("a", &some, s); }, "a", ""},
+        {"select null on other changes nothing", "a",
+         [](std::string& s) { CXmlObjectBase::Choice_SelectElement("b", nullptr, s); }, "a", ""},
+        {"select value on other throws", "a",
+         [&](std::string& s) { CXmlObjectBase::Choice_SelectElement("b", &some, s); }, "", busy},
+        {"collection grows on empty", "", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 2, s); },
+         "a", ""},
+        {"collection empty on empty", "", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 0, s); },
+         "", ""},
+        {"collection emptied clears", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 0, s); },
+         "", ""},
+        {"collection of itself keeps", "a", [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("a", 3, s); },
+         "a", ""},
+        {"other empty collection changes nothing", "a",
+         [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("b", 0, s); }, "a", ""},
+        {"other collection grows throws", "a",
+         [](std::string& s) { CXmlObjectBase::Choice_CollectionChanged("b", 1, s); }, "", busy},
+        {"valid false clears", "a", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(false, "b", s); }, "",
+         ""},
+        {"valid true on itself keeps", "a",
+         [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "a", s); }, "a", ""},
+        {"valid true on empty throws without name", "",
+         [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "a", s); }, "",
          "The Property  is already set. Only one element within this class bay be set at a time"},
-        {"valid true on other throws", "a", [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "b", s); }, "",
+        {"valid true on other throws", "a",
+         [](std::string& s) { CXmlObjectBase::Choice_SetElementValid(true, "b", s); }, "",
          "The Property a is already set. Only one element within this class bay be set at a time"},
     };
     for (const ChoiceCase& c : cases) {

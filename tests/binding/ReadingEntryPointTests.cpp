@@ -74,8 +74,12 @@ TEST(ReadingEntryPoints, AllRoutesReadTheSameDocumentWithNamespaces) {
     const std::string xml = "<o:order xmlns:o=\"urn:o\" xmlns=\"urn:d\" id=\"7\" o:kind=\"x\">head"
                             "<line/><o:note><![CDATA[<b>]]></o:note>tail</o:order>";
     const std::wstring wide(xml.begin(), xml.end());
-    const Reading expected{"order", "order", "urn:o", "headtail",
-                           {{"id", "", "7"}, {"kind", "urn:o", "x"}}, {"{urn:d}line", "{urn:o}note"}};
+    const Reading expected{"order",
+                           "order",
+                           "urn:o",
+                           "headtail",
+                           {{"id", "", "7"}, {"kind", "urn:o", "x"}},
+                           {"{urn:d}line", "{urn:o}note"}};
     ReadAllRoutes(xml, wide, expected, CXmlSerializationContext::m_defaultContext);
 }
 
@@ -85,8 +89,8 @@ TEST(ReadingEntryPoints, AllRoutesWithoutNamespacesAndWithCdataKept) {
     CXmlSerializationContext context;
     context.SetSchemaType(SchemaType_NoNamespaces);
     context.SetStripCDATA(false);
-    const Reading expected{"o:order", "o:order", "", "a<![CDATA[<b>]]>c",
-                           {{"xmlns:o", "", "urn:o"}, {"id", "", "7"}}, {"{}o:line"}};
+    const Reading expected{"o:order",   "o:order", "", "a<![CDATA[<b>]]>c", {{"xmlns:o", "", "urn:o"}, {"id", "", "7"}},
+                           {"{}o:line"}};
     ReadAllRoutes(xml, wide, expected, context);
 }
 

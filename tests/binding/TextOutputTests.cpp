@@ -82,7 +82,8 @@ TEST(TextOutput, ToXmlFormattedAndUnformatted) {
     EXPECT_EQ(order.ToXml(false, false, EOLType_CRLF), UNFORMATTED);
 
     std::string crlf;
-    for (char c : std::string(FORMATTED)) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    for (char c : std::string(FORMATTED))
+        crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
     EXPECT_EQ(order.ToXml(true, true, EOLType_CRLF), crlf);
 }
 
@@ -101,8 +102,8 @@ TEST(TextOutput, ToXmlStreamEncodings) {
 
 TEST(TextOutput, RoundTripGivesIdenticalBytesInEveryEncoding) {
     AsciiOnlyScope ascii; // ASCIIOnly(true): the local code page is UTF-8, so non-ASCII text survives
-    const std::string source = std::string(SOURCE).replace(std::string(SOURCE).find("table"), 5,
-                                                           "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80");
+    const std::string source =
+        std::string(SOURCE).replace(std::string(SOURCE).find("table"), 5, "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80");
     for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoDecl}) {
         CHandOrder first;
         first.FromXml(source.c_str());
@@ -156,8 +157,7 @@ TEST(TextOutput, FileFailures) {
 TEST(TextOutput, WriterFailurePassesThroughUnwrapped) {
     class CBroken : public QvXmlTest::CHandLine {
     protected:
-        void ToXml_Int(CXmlWriter* writer, bool, const char* ns, const CXmlSerializationContext&,
-                       bool) const override {
+        void ToXml_Int(CXmlWriter* writer, bool, const char* ns, const CXmlSerializationContext&, bool) const override {
             writer->WriteStartElement("broken", ns);
             writer->WriteString("text", ItemType_string);
             writer->WriteAttributeString("late", "", "v", ItemType_string);

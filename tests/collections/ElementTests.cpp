@@ -127,8 +127,8 @@ TEST(Element, EveryReadingEntryPointReadsTheDocumentElementItself) {
     const char text[] = "<r xmlns=\"urn:r\" xmlns:p=\"urn:p\" a=\"1\" p:b=\"2\">t<c>x</c><p:d q=\"3\"/></r>";
     const wchar_t wide[] = L"<r xmlns=\"urn:r\" xmlns:p=\"urn:p\" a=\"1\" p:b=\"2\">t<c>x</c><p:d q=\"3\"/></r>";
     const std::string expected = "{urn:r}r 't' {}a=1 {urn:p}b=2\n"
-                                  " {urn:r}c 'x'\n"
-                                  " {urn:p}d '' {}q=3\n";
+                                 " {urn:r}c 'x'\n"
+                                 " {urn:p}d '' {}q=3\n";
     std::string bytes(text);
     CXmlDocument document;
     document.LoadXml(text);
@@ -140,8 +140,10 @@ TEST(Element, EveryReadingEntryPointReadsTheDocumentElementItself) {
         [&](CElement& e) {
             e.FromXmlStream(reinterpret_cast<unsigned char*>(&bytes[0]), static_cast<unsigned long>(bytes.size()));
         },
-        [&](CElement& e) { e.FromXmlStream(CBinaryData(reinterpret_cast<unsigned char*>(&bytes[0]),
-                                                       static_cast<unsigned long>(bytes.size()), false)); },
+        [&](CElement& e) {
+            e.FromXmlStream(CBinaryData(reinterpret_cast<unsigned char*>(&bytes[0]),
+                                        static_cast<unsigned long>(bytes.size()), false));
+        },
         [&](CElement& e) { EXPECT_EQ(e.FromXmlElement(document.GetDocumentElement()), nullptr); },
     };
     for (size_t i = 0; i < reads.size(); ++i) {
@@ -188,8 +190,7 @@ TEST(Element, CopyKeepsTheDefaultNamespaceOfADocumentReadWithoutNamespaces) {
                                   " {}c 'x' {}d=2\n"
                                   "  {}e ''\n");
     // Written on its own with its default namespace: the attributes are lost.
-    EXPECT_EQ(element->ToXml(false, false),
-              "<a xmlns=\"u\"><c d=\"2\"><e/>x</c>t</a>");
+    EXPECT_EQ(element->ToXml(false, false), "<a xmlns=\"u\"><c d=\"2\"><e/>x</c>t</a>");
 
     EXPECT_EQ(FullMessageOf<CQvInvalidParamException>([&] { element->CopyXmlElement(nullptr); }),
               "The Property [element] is mandatory, it may node be NULL");
@@ -204,11 +205,10 @@ TEST(Element, WritesNameNamespaceAttributesChildrenAndText) {
     order->GetElements()->Add("note", "urn:n")->GetAttributes()->Add("lang", "en", "");
     order->SetText("t");
 
-    EXPECT_EQ(order->ToXml(false, true),
-              "<AA:order xmlns:AA=\"urn:o\" id=\"7\" AA:kind=\"x&amp;y\">\n"
-              "\t<AA:line>a&lt;b</AA:line>\n"
-              "\t<AB:note xmlns:AB=\"urn:n\" lang=\"en\"/>\n"
-              "t</AA:order>\n");
+    EXPECT_EQ(order->ToXml(false, true), "<AA:order xmlns:AA=\"urn:o\" id=\"7\" AA:kind=\"x&amp;y\">\n"
+                                         "\t<AA:line>a&lt;b</AA:line>\n"
+                                         "\t<AB:note xmlns:AB=\"urn:n\" lang=\"en\"/>\n"
+                                         "t</AA:order>\n");
     EXPECT_EQ(order->ToXml(true, false),
               "<?xml version=\"1.0\"?>\n"
               "<AA:order xmlns:AA=\"urn:o\" id=\"7\" AA:kind=\"x&amp;y\"><AA:line>a&lt;b</AA:line>"
@@ -225,16 +225,15 @@ TEST(Element, AChildWithADefaultNamespaceIsRenderedOnItsOwn) {
     inner->GetElements()->Add("other", "urn:e");
 
     // The raw text starts its indentation from 0 and gets a line end of its own.
-    EXPECT_EQ(wrap->ToXml(false, true),
-              "<wrap>\n"
-              "\t<outer>\n"
-              "<inner xmlns=\"urn:d\">\n"
-              "\t<leaf>x</leaf>\n"
-              "\t<AA:other xmlns:AA=\"urn:e\"/>\n"
-              "</inner>\n"
-              "\n"
-              "\t</outer>\n"
-              "</wrap>\n");
+    EXPECT_EQ(wrap->ToXml(false, true), "<wrap>\n"
+                                        "\t<outer>\n"
+                                        "<inner xmlns=\"urn:d\">\n"
+                                        "\t<leaf>x</leaf>\n"
+                                        "\t<AA:other xmlns:AA=\"urn:e\"/>\n"
+                                        "</inner>\n"
+                                        "\n"
+                                        "\t</outer>\n"
+                                        "</wrap>\n");
     EXPECT_EQ(wrap->ToXml(false, false, EOLType_CRLF),
               "<wrap><outer><inner xmlns=\"urn:d\"><leaf>x</leaf><AA:other xmlns:AA=\"urn:e\"/></inner></outer>"
               "</wrap>");
@@ -261,8 +260,7 @@ TEST(Element, CloneIsDeepAndDropsTheDefaultNamespace) {
     EXPECT_NE(copy->GetElements()->Item(0).Get(), child.Get());
 
     // The copy is written by the first route, with its attributes.
-    EXPECT_EQ(copy->ToXml(false, false),
-              "<AA:a xmlns:AA=\"urn:a\" n=\"2\"><AA:c>changed</AA:c>t</AA:a>");
+    EXPECT_EQ(copy->ToXml(false, false), "<AA:a xmlns:AA=\"urn:a\" n=\"2\"><AA:c>changed</AA:c>t</AA:a>");
     EXPECT_EQ(original->ToXml(false, false), "<a xmlns=\"urn:a\"><c>x</c>t</a>");
 }
 
@@ -330,8 +328,9 @@ TEST(Element, BuiltFromABoundObjectAndReadBackIntoOne) {
               "<AA:line xmlns:AA=\"urn:example:lines\" sku=\"P-1\" xmlns:AB=\"urn:example:meta\" "
               "AB:quantity=\"2\">gears</AA:line></order>");
 
-    EXPECT_EQ(FullMessageOf<CQvInvalidParamException>([] { CElement e(static_cast<CXmlObjectBase*>(nullptr), nullptr); }),
-              "The Property [source] is mandatory, it may node be NULL");
+    EXPECT_EQ(
+        FullMessageOf<CQvInvalidParamException>([] { CElement e(static_cast<CXmlObjectBase*>(nullptr), nullptr); }),
+        "The Property [source] is mandatory, it may node be NULL");
     EXPECT_EQ(FullMessageOf<CQvInvalidParamException>([] {
                   CHandOrder target;
                   target.FromXmlElement(static_cast<const CElement*>(nullptr));

@@ -88,9 +88,15 @@ TEST(AttributeCol, NamespaceComesFromTheArgumentOrTheFirstUriOfTheRestriction) {
         const char* restriction;
         const char* expected;
     } cases[] = {
-        {"", "urn:a urn:b", "urn:a"}, {"", "##other", ""},   {"urn:n", "urn:a", "urn:n"},
-        {"", "ab", "ab"},             {"", "a", ""},         {"", "a#b", ""},
-        {"", "#a", ""},               {"", "", ""},          {nullptr, "urn:c", "urn:c"},
+        {"", "urn:a urn:b", "urn:a"},
+        {"", "##other", ""},
+        {"urn:n", "urn:a", "urn:n"},
+        {"", "ab", "ab"},
+        {"", "a", ""},
+        {"", "a#b", ""},
+        {"", "#a", ""},
+        {"", "", ""},
+        {nullptr, "urn:c", "urn:c"},
     };
     for (const Case& c : cases) {
         CSmartPtr<CAttributeCol> attributes(new CAttributeCol(c.namespaceUri, c.restriction, "t"));
@@ -151,8 +157,8 @@ TEST(ElementCol, CollectionNamespaceMirrorsTheAttributeRule) {
         const char* restriction;
         const char* collectionNamespace;
     } cases[] = {
-        {"", "##any", "##any"},       {"", "##other", "##other"}, {"", "u", ""},
-        {"", "urn:a urn:b", ""},      {"urn:n", "##any", "urn:n"}, {"", "#", ""},
+        {"", "##any", "##any"},          {"", "##other", "##other"},  {"", "u", ""},
+        {"", "urn:a urn:b", ""},         {"urn:n", "##any", "urn:n"}, {"", "#", ""},
         {nullptr, "##local", "##local"},
     };
     for (const Case& c : cases) {
@@ -229,5 +235,4 @@ TEST(ElementCol, WritesEachElement) {
     elements->Add("b", "");
     EXPECT_EQ(WrittenInside(elements.Get(), CXmlSerializationContext::m_defaultContext),
               "<w><AA:a xmlns:AA=\"urn:e\">1</AA:a><b/></w>");
-
 }

@@ -13,7 +13,8 @@ namespace {
 
 std::vector<std::string> ChildNames(const CXmlElement* element) {
     std::vector<std::string> names;
-    for (CXmlElement* c = element->GetFirstElement(); c; c = c->GetNextSiblingElement()) names.push_back(c->GetLocalName());
+    for (CXmlElement* c = element->GetFirstElement(); c; c = c->GetNextSiblingElement())
+        names.push_back(c->GetLocalName());
     return names;
 }
 
@@ -47,13 +48,8 @@ TEST(DocumentTree, CarriageReturnsVanishAndTextStopsAtNul) {
         const char* expected;
     };
     const Case cases[] = {
-        {"a\r\nb", 4, "a\nb"},
-        {"\r\r\r", 3, ""},
-        {"\rx\r", 3, "x"},
-        {"abc", 2, "ab"},
-        {"ab\0cd", 5, "ab"},
-        {"abc", 0, ""},
-        {"", 5, ""},
+        {"a\r\nb", 4, "a\nb"}, {"\r\r\r", 3, ""}, {"\rx\r", 3, "x"}, {"abc", 2, "ab"},
+        {"ab\0cd", 5, "ab"},   {"abc", 0, ""},    {"", 5, ""},
     };
     for (const Case& c : cases) {
         CXmlDocument document;
@@ -133,7 +129,8 @@ TEST(DocumentTree, RemoveLastChildElement) {
     EXPECT_EQ(removed.get(), only);
     EXPECT_EQ(root->GetFirstElement(), nullptr);
 
-    for (const char* name : {"a", "b", "c"}) root->CreateNewChildElement()->SetElementName(name);
+    for (const char* name : {"a", "b", "c"})
+        root->CreateNewChildElement()->SetElementName(name);
     removed.reset(root->RemoveLastChildElement());
     EXPECT_EQ(removed->GetLocalName(), "c");
     EXPECT_EQ(ChildNames(root), (std::vector<std::string>{"a", "b"}));
@@ -170,8 +167,10 @@ TEST(DocumentTree, HookSeesCompleteElementsAndRemovesThem) {
 TEST(DocumentTree, DeepAndWideTreesAreDestroyedWithoutExhaustingTheStack) {
     CXmlDocument document;
     document.AddDocElement("", "root");
-    for (int i = 0; i < 200000; ++i) document.AddChildElement("", "deep");
-    for (int i = 0; i < 200000; ++i) document.EndElement();
+    for (int i = 0; i < 200000; ++i)
+        document.AddChildElement("", "deep");
+    for (int i = 0; i < 200000; ++i)
+        document.EndElement();
     for (int i = 0; i < 200000; ++i) {
         document.AddChildElement("", "wide");
         document.EndElement();
@@ -281,7 +280,8 @@ TEST(DocumentTree, DetachedElementOutlivesTheNextLoad) {
     document.LoadXml("<r><a x=\"1\">text of a, long enough for the heap</a></r>");
     std::unique_ptr<CXmlElement> detached(document.GetDocumentElement()->RemoveLastChildElement());
     // The next loads must not build the new trees in the memory of the detached element.
-    for (int i = 0; i < 3; ++i) document.LoadXml("<s><b y=\"2\">u</b><c z=\"3\"/><b y=\"4\">v</b></s>");
+    for (int i = 0; i < 3; ++i)
+        document.LoadXml("<s><b y=\"2\">u</b><c z=\"3\"/><b y=\"4\">v</b></s>");
     EXPECT_EQ(detached->GetLocalName(), "a");
     EXPECT_EQ(detached->GetAttribute("x", ""), "1");
     EXPECT_EQ(detached->GetText(), "text of a, long enough for the heap");
@@ -296,7 +296,8 @@ std::vector<std::string> g_consumed;
 bool ConsumeItems(CXmlElement* element) {
     if (element->GetLocalName() != "item") return false;
     std::string seen = element->GetAttribute("n", "") + ":" + element->GetText();
-    for (CXmlElement* c = element->GetFirstElement(); c; c = c->GetNextSiblingElement()) seen += ":" + c->GetText();
+    for (CXmlElement* c = element->GetFirstElement(); c; c = c->GetNextSiblingElement())
+        seen += ":" + c->GetText();
     g_consumed.push_back(seen);
     return true;
 }

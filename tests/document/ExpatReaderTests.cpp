@@ -32,7 +32,8 @@ std::string Describe(const CXmlElement* e) {
     for (const auto& a : e->GetAttributes())
         out += " @{" + a->GetNamespaceURI() + "}" + a->GetLocalName() + "=" + a->GetValue();
     if (!e->GetText().empty()) out += " '" + e->GetText() + "'";
-    for (CXmlElement* c = e->GetFirstElement(); c; c = c->GetNextSiblingElement()) out += " (" + Describe(c) + ")";
+    for (CXmlElement* c = e->GetFirstElement(); c; c = c->GetNextSiblingElement())
+        out += " (" + Describe(c) + ")";
     return out;
 }
 
@@ -249,14 +250,16 @@ TEST(ExpatReader, NonAsciiTextFollowsTheLocalCodePage) {
         LocaleScope utf8("C.UTF-8"); // a UTF-8 locale: text passes unchanged
         CXmlDocument document;
         document.LoadXml(xml.c_str());
-        EXPECT_EQ(Describe(document.GetDocumentElement()), "{}caf\xC3\xA9 @{}n\xC3\xA9=\xC3\xA9t\xC3\xA9 'na\xC3\xAFve'");
+        EXPECT_EQ(Describe(document.GetDocumentElement()),
+                  "{}caf\xC3\xA9 @{}n\xC3\xA9=\xC3\xA9t\xC3\xA9 'na\xC3\xAFve'");
     }
     {
         AsciiOnlyScope ascii; // ASCIIOnly(true) under the C locale: no conversion either
         LocaleScope c("C");
         CXmlDocument document;
         document.LoadXml(xml.c_str());
-        EXPECT_EQ(Describe(document.GetDocumentElement()), "{}caf\xC3\xA9 @{}n\xC3\xA9=\xC3\xA9t\xC3\xA9 'na\xC3\xAFve'");
+        EXPECT_EQ(Describe(document.GetDocumentElement()),
+                  "{}caf\xC3\xA9 @{}n\xC3\xA9=\xC3\xA9t\xC3\xA9 'na\xC3\xAFve'");
     }
     {
         LocaleScope c("C"); // plain ASCII locale: what it cannot represent becomes '?'
@@ -269,8 +272,10 @@ TEST(ExpatReader, NonAsciiTextFollowsTheLocalCodePage) {
 TEST(ExpatReader, LongNonAsciiTextAndNamesBeyondScratchSpace) {
     std::string name;
     std::string text;
-    for (int i = 0; i < 700; ++i) name += "\xC3\xA9";
-    for (int i = 0; i < 5000; ++i) text += "\xE2\x82\xAC";
+    for (int i = 0; i < 700; ++i)
+        name += "\xC3\xA9";
+    for (int i = 0; i < 5000; ++i)
+        text += "\xE2\x82\xAC";
     const std::string xml = "<" + name + ">" + text + "</" + name + ">";
     LocaleScope c("C");
     CXmlDocument document;
@@ -369,8 +374,10 @@ TEST(ExpatReader, LongTextInManyPiecesLoadsInLinearTime) {
 TEST(ExpatReader, DeepNestingKeepsEachLevelsText) {
     const int depth = 100000;
     std::string xml;
-    for (int i = 0; i < depth; ++i) xml += "<e n=\"" + std::to_string(i) + "\">a";
-    for (int i = 0; i < depth; ++i) xml += "b</e>";
+    for (int i = 0; i < depth; ++i)
+        xml += "<e n=\"" + std::to_string(i) + "\">a";
+    for (int i = 0; i < depth; ++i)
+        xml += "b</e>";
     CXmlDocument document;
     document.LoadXml(xml.c_str());
     int level = 0;

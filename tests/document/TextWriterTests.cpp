@@ -172,14 +172,14 @@ TEST(TextWriterTest, RootDeclarationsAndPrefixPrecedence) {
     f.Start("R", "urn:r");
     f.writer.WriteAttributeType("urn:d", "D", ItemType_string);
     f.writer.WriteAttributeType("urn:t", "T", ItemType_string);
-    f.Attr("a", "1", "urn:d");  // the default namespace gives attributes no exemption
+    f.Attr("a", "1", "urn:d"); // the default namespace gives attributes no exemption
     f.Attr("lang", "en", CXmlWriter::XML_NAMESPACE);
     // Aliases added to an open element enter its scope but are not declared.
     f.writer.AddNamespace("late", "urn:late");
     f.Start("L", "urn:late");
     f.End();
     f.Start("D", "urn:d");
-    f.Start("N");  // no namespace: no prefix, and no undeclaration of the default
+    f.Start("N"); // no namespace: no prefix, and no undeclaration of the default
     f.End();
     f.End();
     f.End();
@@ -247,8 +247,8 @@ TEST(TextWriterTest, TextEndsAtAnEmbeddedNul) {
         f.Text(withNul);
         f.writer.WriteRawElement(withNul);
         f.End();
-        EXPECT_EQ("<" + head + " " + head + "=\"" + head + "\"><AA:c xmlns:AA=\"urn:" + head + "\"/>" + head +
-                      head + "</" + head + ">",
+        EXPECT_EQ("<" + head + " " + head + "=\"" + head + "\"><AA:c xmlns:AA=\"urn:" + head + "\"/>" + head + head +
+                      "</" + head + ">",
                   f.Close())
             << length;
     }
@@ -306,8 +306,8 @@ TEST(TextWriterTest, EscapingInTextAndAttributes) {
             f.Attr("a", c.input);
             f.Text(c.input);
             f.End();
-            const std::string expected = std::string("<e a=\"") + c.attribute + "\">" +
-                                         (eol == EOLType_LF ? c.textLF : c.textCRLF) + "</e>";
+            const std::string expected =
+                std::string("<e a=\"") + c.attribute + "\">" + (eol == EOLType_LF ? c.textLF : c.textCRLF) + "</e>";
             EXPECT_EQ(expected, f.Close()) << c.input;
         }
     }
@@ -323,7 +323,7 @@ TEST(TextWriterTest, CDataOnlyAtTheVeryStartAndEmptyText) {
     f.Text(" <![CDATA[x]]>");
     f.End();
     f.Start("c");
-    f.Text("");  // leaves the start tag open
+    f.Text(""); // leaves the start tag open
     f.Attr("late", "ok");
     f.End();
     EXPECT_EQ("<a><![CDATA[x<y]]> & <z></a><b> &lt;![CDATA[x]]&gt;</b><c late=\"ok\"/>", f.Close());
@@ -366,7 +366,7 @@ TEST(TextWriterTest, DirectivesInstructionsInlineSchemaAndComments) {
     f.Attr("a", "1");
     f.writer.WriteInlineSchema("<xs:schema/>");
     f.Start("c");
-    f.writer.WriteComment("a -> b & c");  // inside the open start tag, as told
+    f.writer.WriteComment("a -> b & c"); // inside the open start tag, as told
     f.End();
     f.End();
     EXPECT_EQ("<?xml version=\"1.0\"?>\r\n<!DOCTYPE r>\r\n<?pi one?>\r\n\r\n"
@@ -454,9 +454,9 @@ TEST(TextWriterTest, CloseWithAnOpenElementThrowsAfterClosingTheSink) {
 TEST(TextWriterTest, FlushAtTheEndOfEventsOnceTheStreamHoldsAPage) {
     Fixture f(false);
     f.Start("r");
-    f.Text(std::string(4090, 'x'));           // 4093 bytes
-    f.writer.CloseParentElm();                 // never flushes
-    f.writer.WriteRawElement("abc");           // never flushes, 4096 now
+    f.Text(std::string(4090, 'x'));  // 4093 bytes
+    f.writer.CloseParentElm();       // never flushes
+    f.writer.WriteRawElement("abc"); // never flushes, 4096 now
     EXPECT_EQ("open;", f.stream.m_log);
     f.Text("y");
     f.writer.WriteComment("");
@@ -468,7 +468,7 @@ TEST(TextWriterTest, FlushAtTheEndOfEventsOnceTheStreamHoldsAPage) {
     f.Attr("a", "");
     f.writer.WriteInlineSchema("");
     f.End();
-    f.Text("");                                // does nothing at all
+    f.Text(""); // does nothing at all
     EXPECT_EQ("open;flush@4097;flush@4105;flush@4109;flush@4111;flush@4112;flush@4134;flush@4136;flush@4141;"
               "flush@4144;flush@4146;",
               f.stream.m_log);

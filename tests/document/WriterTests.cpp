@@ -18,7 +18,8 @@ std::string Dump(const CXmlWriter::NamespaceMap& map) {
 } // namespace
 
 TEST(WriterFrameTest, InventedPrefixes) {
-    const std::pair<int, const char*> prefixes[] = {{0, "AA"}, {1, "AB"}, {25, "AZ"}, {26, "BA"}, {27, "BB"}, {676, "[A"}};
+    const std::pair<int, const char*> prefixes[] = {{0, "AA"},  {1, "AB"},  {25, "AZ"},
+                                                    {26, "BA"}, {27, "BB"}, {676, "[A"}};
     for (const auto& p : prefixes)
         EXPECT_EQ(p.second, CXmlWriter::NsIntToString(p.first)) << p.first;
 

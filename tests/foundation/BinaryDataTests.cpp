@@ -16,8 +16,7 @@ using namespace QvXmlLib10;
 namespace {
 
 // Runs f and returns the full message of the CQvException it throws.
-template <class F>
-std::string FailureOf(F f) {
+template <class F> std::string FailureOf(F f) {
     try {
         f();
     } catch (const CQvException& e) {
@@ -193,11 +192,13 @@ TEST(BinaryData, CopiesSeparateAcrossThreads) {
         threads.emplace_back([&, t] {
             CBinaryData mine(original);
             untouched[t] = mine; // a second sharer that must keep the old content
-            for (int i = 0; i < appends; ++i) mine.Append(static_cast<unsigned char>('a' + t));
+            for (int i = 0; i < appends; ++i)
+                mine.Append(static_cast<unsigned char>('a' + t));
             results[t] = mine;
         });
     }
-    for (auto& thread : threads) thread.join();
+    for (auto& thread : threads)
+        thread.join();
     for (int t = 0; t < threadCount; ++t) {
         EXPECT_EQ(Bytes(results[t]), "shared:" + std::string(appends, static_cast<char>('a' + t)));
         EXPECT_EQ(Bytes(untouched[t]), "shared:");
@@ -227,12 +228,9 @@ TEST(BinaryData, HexadecimalForms) {
         const char* text;
         const char* message;
     } bad[] = {
-        {"abc", "Invalid length in hex string"},
-        {"0", "Invalid length in hex string"},
-        {"0G", "Invalid char in hex string [G]"},
-        {"G0", "Invalid char in hex string [G]"},
-        {"00 1", "Invalid char in hex string [ ]"},
-        {"0x1F", "Invalid char in hex string [x]"},
+        {"abc", "Invalid length in hex string"},    {"0", "Invalid length in hex string"},
+        {"0G", "Invalid char in hex string [G]"},   {"G0", "Invalid char in hex string [G]"},
+        {"00 1", "Invalid char in hex string [ ]"}, {"0x1F", "Invalid char in hex string [x]"},
     };
     for (const auto& c : bad) {
         SCOPED_TRACE(c.text);

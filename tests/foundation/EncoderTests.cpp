@@ -75,7 +75,8 @@ TEST(ConvertUTF, Utf8ToUtf32AtTheBoundaries) {
 }
 
 TEST(ConvertUTF, Utf8ToUtf16WritesPairsAndStopsWhenFull) {
-    const U8 source = Octets("a\xF0\x9F\x98\x80" "b");
+    const U8 source = Octets("a\xF0\x9F\x98\x80"
+                             "b");
     auto r = Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, source, 8);
     EXPECT_EQ(r.first, (U16{0x61, 0xD83D, 0xDE00, 0x62}));
     EXPECT_EQ(r.second, 4u);
@@ -96,7 +97,8 @@ TEST(ConvertUTF, Utf32Sources) {
     // Above U+10FFFF: U+FFFD in UTF-8, refused in UTF-16.
     const U32 tooLarge{0x41, 0x110000, 0x42};
     to8 = Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, tooLarge, 16);
-    EXPECT_EQ(to8.first, Octets("A\xEF\xBF\xBD" "B"));
+    EXPECT_EQ(to8.first, Octets("A\xEF\xBF\xBD"
+                                "B"));
     EXPECT_EQ(to8.second, 5u);
     to16 = Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, tooLarge, 16);
     EXPECT_EQ(to16.first, U16{0x41});
@@ -122,7 +124,8 @@ TEST(ConvertUTF, Utf16Sources) {
     EXPECT_EQ(to32.first, (U32{0x1F600, 0x41}));
     EXPECT_EQ(to32.second, 2u);
     auto to8 = Convert<uint16_t, unsigned char>(ConvertUTF16toUTF8, pair, 8);
-    EXPECT_EQ(to8.first, Octets("\xF0\x9F\x98\x80" "A"));
+    EXPECT_EQ(to8.first, Octets("\xF0\x9F\x98\x80"
+                                "A"));
     EXPECT_EQ(to8.second, 5u);
 
     struct Case {
@@ -193,7 +196,9 @@ TEST(Encoder, Utf8ToLocalCodePageInTheCLocale) {
     EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("plain text"), "plain text");
     EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("caf\xC3\xA9 \xE2\x82\xAC!"), "caf? ?!");
     // The text ends at the first invalid sequence or NUL.
-    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("ab\xC0\x80" "cd"), "ab");
+    EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("ab\xC0\x80"
+                                            "cd"),
+              "ab");
     unsigned char withNul[] = {'a', 'b', 0, 'c', 0xC3, 0xA9};
     EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul, 6), "ab");
     EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul + 3, 3), "c?");
@@ -217,10 +222,16 @@ TEST(Encoder, Utf8ToLocalCodePageInTheCLocale) {
 TEST(Encoder, LocalToWideAndUtf8InTheCLocale) {
     ScopedLocale locale("C");
     ScopedAsciiOnly ascii(false);
-    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("a\xE9" "b")), (U32{'a', '?', 'b'}));
-    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("a\xE9" "b")), "a?b");
+    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("a\xE9"
+                                                            "b")),
+              (U32{'a', '?', 'b'}));
+    EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("a\xE9"
+                                                        "b")),
+              "a?b");
     EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("<a>text</a>")), "<a>text</a>");
-    EXPECT_EQ(UnicodeToMultiByte(L"a\xE9" L"b"), "a?b");
+    EXPECT_EQ(UnicodeToMultiByte(L"a\xE9"
+                                 L"b"),
+              "a?b");
     // An empty text gives an empty value.
     EXPECT_TRUE(CEncoder::LocalCodePageToUnicodeBinary("") == CBinaryData());
     EXPECT_TRUE(CEncoder::LocalCodePageToUtf8Binary("") == CBinaryData());
@@ -247,7 +258,9 @@ TEST(Encoder, AsciiOnlyPassesUtf8Unchanged) {
     unsigned char withNul[] = {'a', 0, 'b'};
     EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(withNul, 3), std::string("a\0b", 3));
     // Wide forms read and write the local text as UTF-8.
-    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xFF" "a")), (U32{0xE9, '?', 'a'}));
+    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xFF"
+                                                            "a")),
+              (U32{0xE9, '?', 'a'}));
     EXPECT_EQ(UnicodeToMultiByte(L"\xE9\x20AC"), "\xC3\xA9\xE2\x82\xAC");
 }
 
@@ -267,7 +280,8 @@ TEST(EncoderUtf8Locale, Utf8ToLocalCodePageKeepsLongNonAsciiText) {
     REQUIRE_UTF8_LOCALE(locale);
     ScopedAsciiOnly ascii(false);
     std::string text;
-    for (int i = 0; i < 3000; ++i) text += "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 x";
+    for (int i = 0; i < 3000; ++i)
+        text += "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80 x";
     EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(text.c_str()), text);
     wchar_t wide[128];
     char narrow[512];
@@ -291,7 +305,9 @@ TEST(EncoderUtf8Locale, UnicodeToMultiByteSizesMultibyteOutput) {
     }
     EXPECT_EQ(UnicodeToMultiByte(wide.c_str()), expected);
     // Unrepresentable wide values become "?".
-    EXPECT_EQ(UnicodeToMultiByte(L"a\xD800" L"b"), "a?b");
+    EXPECT_EQ(UnicodeToMultiByte(L"a\xD800"
+                                 L"b"),
+              "a?b");
 }
 
 TEST(EncoderUtf8Locale, LocalTextToWideAndUtf8) {
@@ -299,13 +315,13 @@ TEST(EncoderUtf8Locale, LocalTextToWideAndUtf8) {
     ScopedAsciiOnly ascii(false);
     EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xF0\x9F\x98\x80")), (U32{0xE9, 0x1F600}));
     // One "?" for each offending octet, including a sequence cut off at the end.
-    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xC3(\xE2\x82")),
-              (U32{0xE9, '?', '(', '?', '?'}));
+    EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xC3\xA9\xC3(\xE2\x82")), (U32{0xE9, '?', '(', '?', '?'}));
     EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("\xC3\xA9")), "\xC3\xA9");
     EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary("a\xC3(\xE2\x82")), "a?(??");
 
     std::string text;
-    for (int i = 0; i < 3000; ++i) text += "<\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80>";
+    for (int i = 0; i < 3000; ++i)
+        text += "<\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80>";
     EXPECT_EQ(Bytes(CEncoder::LocalCodePageToUtf8Binary(text.c_str())), text);
 }
 

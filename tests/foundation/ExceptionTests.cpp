@@ -39,9 +39,12 @@ TEST(QvException, CloneKeepsDynamicClassThroughBaseReference) {
 
 TEST(QvException, EveryClassClonesToItself) {
     std::unique_ptr<CQvException> all[] = {
-        std::make_unique<CQvException>("m"),          std::make_unique<CQvValidationException>("m"),
-        std::make_unique<CQvInvalidValueException>("m"), std::make_unique<CQvInvalidNamespaceException>("m"),
-        std::make_unique<CQvInvalidParamException>("m"), std::make_unique<CQvInvalidStateException>("m"),
+        std::make_unique<CQvException>("m"),
+        std::make_unique<CQvValidationException>("m"),
+        std::make_unique<CQvInvalidValueException>("m"),
+        std::make_unique<CQvInvalidNamespaceException>("m"),
+        std::make_unique<CQvInvalidParamException>("m"),
+        std::make_unique<CQvInvalidStateException>("m"),
         std::make_unique<CQvOverFlowException>("m"),
     };
     for (const auto& e : all) {
@@ -123,7 +126,8 @@ TEST(FormatString, FormatsAndMeasuresEnoughRoom) {
         {"text longer than a fixed buffer", FormatString("<%s>", longText.c_str()), "<" + longText + ">"},
         {"many items", FormatString("%s=%d;%s=%d", "a", 1, "b", 2), "a=1;b=2"},
     };
-    for (const auto& c : cases) EXPECT_EQ(c.actual, c.expected) << c.name;
+    for (const auto& c : cases)
+        EXPECT_EQ(c.actual, c.expected) << c.name;
     EXPECT_EQ(FormatString("%f", 1e300).size(), 308u);
 }
 

@@ -21,8 +21,7 @@ std::string ReadFile(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-template <class F>
-std::string FailureOf(F f) {
+template <class F> std::string FailureOf(F f) {
     try {
         f();
     } catch (const CQvException& e) {

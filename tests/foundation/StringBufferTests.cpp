@@ -36,7 +36,8 @@ TEST(StringBuffer, TenCharactersInBlocksOfFourMakeThreeBlocks) {
         SCOPED_TRACE(byChar ? "Append(char)" : "Append(const char*)");
         CStringBuffer b(5);
         if (byChar) {
-            for (char c : std::string("abcdefghij")) b.Append(c);
+            for (char c : std::string("abcdefghij"))
+                b.Append(c);
         } else {
             b.Append("abc");
             b.Append(std::string("defghij"));
@@ -160,8 +161,7 @@ TEST(TextStream, EncodedStreamRefusesUnknownEncodings) {
             FAIL() << "no exception for encoding " << value;
         } catch (const CQvException& e) {
             EXPECT_EQ(typeid(e), typeid(CQvException));
-            EXPECT_EQ(e.GetFullMessage(),
-                      "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)");
+            EXPECT_EQ(e.GetFullMessage(), "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)");
         }
     }
 }
@@ -177,7 +177,7 @@ TEST(TextAppender, PiecesOfEveryLengthAcrossBlockBoundaries) {
         for (int round = 0; round < 400; ++round) {
             const size_t length = static_cast<size_t>(round % 41);
             std::string piece(length, static_cast<char>('a' + round % 26));
-            if (length > 1) piece[length / 2] = '\0';  // NULs go in as they stand
+            if (length > 1) piece[length / 2] = '\0'; // NULs go in as they stand
             out.Put(piece.data(), piece.size());
             out.Put(static_cast<char>('0' + round % 10));
             expected += piece;

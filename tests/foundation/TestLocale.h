@@ -37,8 +37,8 @@ private:
     bool m_previous;
 };
 
-#define REQUIRE_UTF8_LOCALE(guard)                                       \
-    ScopedLocale guard("C.UTF-8");                                       \
+#define REQUIRE_UTF8_LOCALE(guard)                                                                                     \
+    ScopedLocale guard("C.UTF-8");                                                                                     \
     if (!guard.Ok()) GTEST_SKIP() << "no C.UTF-8 locale on this machine"
 
 inline std::string Bytes(const QvXmlLib10::CBinaryData& data) {

@@ -19,8 +19,7 @@ struct FindReplaceCase {
 
 class FindReplaceTest : public ::testing::TestWithParam<FindReplaceCase> {};
 
-TEST_P(FindReplaceTest, NarrowAndWideAgree)
-{
+TEST_P(FindReplaceTest, NarrowAndWideAgree) {
     const FindReplaceCase& c = GetParam();
     std::string narrow = c.text;
     FindReplace(narrow, c.find, c.replacement);
@@ -34,23 +33,17 @@ TEST_P(FindReplaceTest, NarrowAndWideAgree)
 
 INSTANTIATE_TEST_SUITE_P(
     Utilities, FindReplaceTest,
-    ::testing::Values(
-        FindReplaceCase{"a-b-c", "-", "+", "a+b+c"},
-        FindReplaceCase{"abc", "x", "y", "abc"},
-        FindReplaceCase{"", "x", "y", ""},
-        FindReplaceCase{"abcabc", "abc", "", ""},
-        // Every pass searches from the start, so a replacement that forms a new
-        // occurrence with what stands before or behind it is replaced as well.
-        FindReplaceCase{"aaaa", "aa", "a", "a"},
-        FindReplaceCase{"aabb", "ab", "", ""},
-        FindReplaceCase{"xaab", "ab", "b", "xb"},
-        FindReplaceCase{"\\\\i\\i", "\\\\", "\x01", "\x01i\\i"},
-        FindReplaceCase{"\x01i\x01", "\x01", "\\\\", "\\\\i\\\\"},
-        // A replacement that contains the search text is fine while there is nothing to find.
-        FindReplaceCase{"abc", "x", "xx", "abc"}));
+    ::testing::Values(FindReplaceCase{"a-b-c", "-", "+", "a+b+c"}, FindReplaceCase{"abc", "x", "y", "abc"},
+                      FindReplaceCase{"", "x", "y", ""}, FindReplaceCase{"abcabc", "abc", "", ""},
+                      // Every pass searches from the start, so a replacement that forms a new
+                      // occurrence with what stands before or behind it is replaced as well.
+                      FindReplaceCase{"aaaa", "aa", "a", "a"}, FindReplaceCase{"aabb", "ab", "", ""},
+                      FindReplaceCase{"xaab", "ab", "b", "xb"}, FindReplaceCase{"\\\\i\\i", "\\\\", "\x01", "\x01i\\i"},
+                      FindReplaceCase{"\x01i\x01", "\x01", "\\\\", "\\\\i\\\\"},
+                      // A replacement that contains the search text is fine while there is nothing to find.
+                      FindReplaceCase{"abc", "x", "xx", "abc"}));
 
-TEST(UtilitiesTest, FindReplaceThatWouldNotEndThrows)
-{
+TEST(UtilitiesTest, FindReplaceThatWouldNotEndThrows) {
     std::string text = "axb";
     EXPECT_THROW(FindReplace(text, "x", "xx"), CQvInvalidParamException);
     EXPECT_THROW(FindReplace(text, "", "y"), CQvInvalidParamException);
@@ -60,8 +53,7 @@ TEST(UtilitiesTest, FindReplaceThatWouldNotEndThrows)
     EXPECT_EQ(L"axb", wide);
 }
 
-TEST(UtilitiesTest, FindReplaceOnLongText)
-{
+TEST(UtilitiesTest, FindReplaceOnLongText) {
     std::string text;
     for (int i = 0; i < 20000; ++i)
         text += "ab";
@@ -70,8 +62,7 @@ TEST(UtilitiesTest, FindReplaceOnLongText)
     EXPECT_EQ("accacc", text.substr(0, 6));
 }
 
-TEST(UtilitiesTest, PadZero)
-{
+TEST(UtilitiesTest, PadZero) {
     EXPECT_EQ("0005", PadZero(5, 4));
     EXPECT_EQ("12345", PadZero(12345, 2));
     EXPECT_EQ("-05", PadZero(-5, 3));
@@ -81,8 +72,7 @@ TEST(UtilitiesTest, PadZero)
     EXPECT_EQ("-" + std::string(253, '0') + "7", PadZero(-7, 255));
 }
 
-TEST(UtilitiesTest, TrimTrainingZeros)
-{
+TEST(UtilitiesTest, TrimTrainingZeros) {
     EXPECT_EQ("1.5", TrimTrainingZeros("1.500"));
     EXPECT_EQ("1.", TrimTrainingZeros("1.0"));
     EXPECT_EQ("105", TrimTrainingZeros("105"));
@@ -91,8 +81,7 @@ TEST(UtilitiesTest, TrimTrainingZeros)
     EXPECT_EQ("", TrimTrainingZeros(""));
 }
 
-TEST(UtilitiesTest, Strupr)
-{
+TEST(UtilitiesTest, Strupr) {
     char text[] = "abc-Xyz \xE9";
     EXPECT_EQ(text, strupr(text));
     EXPECT_STREQ("ABC-XYZ \xE9", text);

@@ -70,7 +70,8 @@ protected:
         writer->WriteStartElement("customer", namespaceUri);
         writer->WriteString(customer, QvXmlLib10::ItemType_string);
         writer->WriteEndElement();
-        for (const auto& line : lines) CXmlObjectBase::ToXml_Int(line.Get(), writer, false, LINE_NS, context, false);
+        for (const auto& line : lines)
+            CXmlObjectBase::ToXml_Int(line.Get(), writer, false, LINE_NS, context, false);
         writer->WriteEndElement();
     }
 

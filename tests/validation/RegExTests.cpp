@@ -31,15 +31,13 @@ struct MatchCase {
     bool matches;
 };
 
-void PrintTo(const MatchCase& c, std::ostream* os)
-{
+void PrintTo(const MatchCase& c, std::ostream* os) {
     *os << "pattern \"" << c.pattern << "\", value \"" << c.value << "\"";
 }
 
 class RegExMatchTest : public ::testing::TestWithParam<MatchCase> {};
 
-TEST_P(RegExMatchTest, WholeValueMatch)
-{
+TEST_P(RegExMatchTest, WholeValueMatch) {
     const AsciiOnlyScope asciiOnly;
     const MatchCase& c = GetParam();
     EXPECT_EQ(c.matches, TestRegEx(c.pattern, c.value)) << "pattern " << c.pattern << ", value " << c.value;
@@ -68,9 +66,8 @@ INSTANTIATE_TEST_SUITE_P(
         MatchCase{"\\\\\\\\c", "\\\\c", true}, MatchCase{"a\\\\", "a\\", true},
         // Unicode blocks.
         MatchCase{"\\p{IsBasicLatin}+", "abc", true}, MatchCase{"\\p{IsBasicLatin}+", "\xC3\xA9", false},
-        MatchCase{"\\p{IsBasicLatin}", "\x7F", true},
-        MatchCase{"\\p{IsLatin-1Supplement}", "\xC3\xA9", true}, MatchCase{"\\p{IsLatin-1Supplement}", "e", false},
-        MatchCase{"\\p{IsLatin-1Supplement}", "\xC2\x80", true},
+        MatchCase{"\\p{IsBasicLatin}", "\x7F", true}, MatchCase{"\\p{IsLatin-1Supplement}", "\xC3\xA9", true},
+        MatchCase{"\\p{IsLatin-1Supplement}", "e", false}, MatchCase{"\\p{IsLatin-1Supplement}", "\xC2\x80", true},
         MatchCase{"\\p{IsLatinExtended-A}", "\xC5\x91", true}, MatchCase{"\\p{IsLatinExtended-A}", "\xC3\xA9", false},
         MatchCase{"\\p{IsLatinExtended-A}", "\xC5\xBF", true}, MatchCase{"\\p{IsLatinExtended-A}", "\xC6\x80", false},
         // Other blocks are left to PCRE.
@@ -81,8 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
         MatchCase{"(a+)+b", std::string(40, 'a'), false}));
 
 // Runs TestRegEx and returns the full message of the CQvException it throws.
-std::string FailureOf(const std::string& pattern, const std::string& value)
-{
+std::string FailureOf(const std::string& pattern, const std::string& value) {
     try {
         TestRegEx(pattern, value);
     } catch (const CQvException& e) {
@@ -91,8 +87,7 @@ std::string FailureOf(const std::string& pattern, const std::string& value)
     return "<no exception>";
 }
 
-TEST(RegExTest, RefusedPatternsNameTheValue)
-{
+TEST(RegExTest, RefusedPatternsNameTheValue) {
     const AsciiOnlyScope asciiOnly;
     EXPECT_EQ("Invalid Regular Expression: abc Error: 'missing )'", FailureOf("(", "abc"));
     EXPECT_EQ("Invalid Regular Expression:  Error: 'nothing to repeat'", FailureOf("*", ""));
@@ -107,8 +102,7 @@ TEST(RegExTest, RefusedPatternsNameTheValue)
               FailureOf("\\p{IsGreek}", "v"));
 }
 
-TEST(RegExTest, LongValues)
-{
+TEST(RegExTest, LongValues) {
     const AsciiOnlyScope asciiOnly;
     const std::string longValue(1 << 20, 'a');
     EXPECT_TRUE(TestRegEx("a*", longValue));
@@ -125,13 +119,13 @@ TEST(RegExTest, LongValues)
     EXPECT_FALSE(TestRegEx("(a|b)*", std::string(8 << 20, 'a')));
 }
 
-TEST(RegExTest, ValueIsConvertedFromTheLocale)
-{
+TEST(RegExTest, ValueIsConvertedFromTheLocale) {
     // Under the C locale (ASCIIOnly off), a byte above 0x7F is no character of the
     // locale and reaches PCRE as "?".
     const bool previous = ASCII_ONLY;
     ASCIIOnly(false);
-    EXPECT_TRUE(TestRegEx("a\\?b", "a\xE9" "b"));
+    EXPECT_TRUE(TestRegEx("a\\?b", "a\xE9"
+                                   "b"));
     ASCIIOnly(previous);
 }
 

@@ -21,19 +21,16 @@ using namespace std::string_literals;
 using H = CXmlObjectHelper;
 
 CPrimitiveRestrictions Bounds(const char* minInclusive, const char* maxInclusive, const char* minExclusive,
-                              const char* maxExclusive)
-{
+                              const char* maxExclusive) {
     return CPrimitiveRestrictions("", -1, -1, minInclusive, maxInclusive, minExclusive, maxExclusive, -1);
 }
 
-CPrimitiveRestrictions Lengths(int minLength, int maxLength, int length, const char* pattern = "")
-{
+CPrimitiveRestrictions Lengths(int minLength, int maxLength, int length, const char* pattern = "") {
     return CPrimitiveRestrictions(pattern, minLength, maxLength, "", "", "", "", length);
 }
 
 // What a check did: "pass", or the dynamic class and full message of what it threw.
-std::string Outcome(const std::function<void()>& check)
-{
+std::string Outcome(const std::function<void()>& check) {
     try {
         check();
     } catch (const CQvInvalidValueException& e) {
@@ -55,15 +52,9 @@ struct CheckCase {
 
 class FacetTest : public ::testing::TestWithParam<CheckCase> {};
 
-TEST_P(FacetTest, Outcome)
-{
-    EXPECT_EQ(GetParam().outcome, Outcome(GetParam().check));
-}
+TEST_P(FacetTest, Outcome) { EXPECT_EQ(GetParam().outcome, Outcome(GetParam().check)); }
 
-std::string LabelOf(const ::testing::TestParamInfo<CheckCase>& info)
-{
-    return info.param.label;
-}
+std::string LabelOf(const ::testing::TestParamInfo<CheckCase>& info) { return info.param.label; }
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
@@ -89,7 +80,8 @@ INSTANTIATE_TEST_SUITE_P(
         // The other integers, each showing its value its own way.
         CheckCase{"i1Below", [] { H::CheckRestrictionFori1("n", static_cast<char>(-100), Bounds("-50", "", "", "")); },
                   "Facet: Invalid Value for n [-100]"},
-        CheckCase{"i1Range", [] { H::CheckRestrictionFori1("n", static_cast<char>(-128), Bounds("-128", "127", "", "")); },
+        CheckCase{"i1Range",
+                  [] { H::CheckRestrictionFori1("n", static_cast<char>(-128), Bounds("-128", "127", "", "")); },
                   "pass"},
         CheckCase{"i2Above", [] { H::CheckRestrictionFori2("n", 32767, Bounds("", "", "", "32767")); },
                   "Facet: Invalid Value for n [32767]"},
@@ -166,12 +158,13 @@ INSTANTIATE_TEST_SUITE_P(
                   "Facet: Invalid Regular Expression: v Error: 'missing )'\nInvalid Value for x [v]"},
         CheckCase{"LengthBeforePattern", [] { H::CheckRestrictionForstring("x", "a", Lengths(2, -1, -1, "(")); },
                   "Facet: Invalid Value for x [a]"},
-        CheckCase{"Boolean", [] { H::CheckRestrictionForboolean("x", true, CPrimitiveRestrictions("(", 9, 0, "x", "x", "x", "x", 9)); },
-                  "pass"}),
+        CheckCase{
+            "Boolean",
+            [] { H::CheckRestrictionForboolean("x", true, CPrimitiveRestrictions("(", 9, 0, "x", "x", "x", "x", 9)); },
+            "pass"}),
     LabelOf);
 
-TEST(RestrictionTest, UnsetByDefault)
-{
+TEST(RestrictionTest, UnsetByDefault) {
     const CPrimitiveRestrictions none;
     EXPECT_EQ("", none.m_strPattern);
     EXPECT_EQ(-1, none.m_nMinLength);
@@ -185,42 +178,37 @@ TEST(RestrictionTest, UnsetByDefault)
     EXPECT_EQ("pass", Outcome([&] { H::CheckRestrictionForstring("x", std::string(100000, 'q'), none); }));
 }
 
-TEST(RestrictionTest, LengthsCountUtf8Bytes)
-{
+TEST(RestrictionTest, LengthsCountUtf8Bytes) {
     // "é" is given as its UTF-8 bytes and read as the local code page under ASCIIOnly(true).
     const bool previous = ASCII_ONLY;
     ASCIIOnly(true);
     EXPECT_EQ("pass", Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(2, 2, 2)); }));
     EXPECT_EQ("Facet: Invalid Value for x [\xC3\xA9]",
               Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, 1, -1)); }));
-    EXPECT_EQ("pass", Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9+")); }));
+    EXPECT_EQ("pass",
+              Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9+")); }));
     EXPECT_EQ("pass", Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, -1, -1, ".")); }));
     ASCIIOnly(previous);
 }
 
-TEST(RestrictionTest, PatternIsTakenFromTheLocalCodePage)
-{
+TEST(RestrictionTest, PatternIsTakenFromTheLocalCodePage) {
     // Under a UTF-8 locale (restored afterwards) the pattern and the value pass
     // through the locale conversion to UTF-8.
     const std::string previous = std::setlocale(LC_ALL, nullptr);
-    if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr)
-        GTEST_SKIP() << "no C.UTF-8 locale";
+    if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr) GTEST_SKIP() << "no C.UTF-8 locale";
     const bool previousAsciiOnly = ASCII_ONLY;
     ASCIIOnly(false);
-    const std::string wellFormed = Outcome([] {
-        H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9{2}"));
-    });
-    const std::string oneCharacter = Outcome([] {
-        H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, -1, -1, "\\p{IsLatin-1Supplement}"));
-    });
+    const std::string wellFormed =
+        Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9{2}")); });
+    const std::string oneCharacter =
+        Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, -1, -1, "\\p{IsLatin-1Supplement}")); });
     ASCIIOnly(previousAsciiOnly);
     std::setlocale(LC_ALL, previous.c_str());
     EXPECT_EQ("pass", wellFormed);
     EXPECT_EQ("pass", oneCharacter);
 }
 
-TEST(RestrictionTest, CheckRestrictionDispatchesOnTheGivenType)
-{
+TEST(RestrictionTest, CheckRestrictionDispatchesOnTheGivenType) {
     QvVariant v;
     v.SetI4(4);
     EXPECT_EQ("Facet: Invalid Value for x [4]",
@@ -244,8 +232,7 @@ TEST(RestrictionTest, CheckRestrictionDispatchesOnTheGivenType)
               Outcome([&] { H::CheckRestriction("x", v, ItemType_ui1, Bounds("", "6", "", "")); }));
 }
 
-TEST(RestrictionTest, TypesWithoutACheck)
-{
+TEST(RestrictionTest, TypesWithoutACheck) {
     QvVariant v;
     v.SetChar('c');
     EXPECT_EQ("InvalidValue: unknown type [char]",

@@ -20,8 +20,7 @@ struct RuleCase {
 
 class WhitespaceRuleTest : public ::testing::TestWithParam<RuleCase> {};
 
-TEST_P(WhitespaceRuleTest, ApplyRuleGivesExpectedText)
-{
+TEST_P(WhitespaceRuleTest, ApplyRuleGivesExpectedText) {
     const RuleCase& c = GetParam();
     EXPECT_EQ(c.expected, WS::ApplyRule(c.rule, c.input));
 }
@@ -35,41 +34,33 @@ INSTANTIATE_TEST_SUITE_P(
         // Preserve: CR LF and lone CR become LF.
         RuleCase{WS::WhitespaceRule_Preserve, "a\r\n\rb", "a\n\nb"},
         RuleCase{WS::WhitespaceRule_Preserve, "a\n\r\nb", "a\n\nb"},
-        RuleCase{WS::WhitespaceRule_Preserve, "a\r", "a\n"},
-        RuleCase{WS::WhitespaceRule_Preserve, " \t\n", " \t\n"},
+        RuleCase{WS::WhitespaceRule_Preserve, "a\r", "a\n"}, RuleCase{WS::WhitespaceRule_Preserve, " \t\n", " \t\n"},
         RuleCase{WS::WhitespaceRule_Preserve, "", ""},
         // Without a CR the text comes back whole, NUL bytes included; with one it stops at the NUL.
         RuleCase{WS::WhitespaceRule_Preserve, "a\0b"s, "a\0b"s},
         RuleCase{WS::WhitespaceRule_Preserve, "a\r\0b"s, "a\n"},
         // Replace: CR LF is one space, LF CR two.
-        RuleCase{WS::WhitespaceRule_Replace, "a\r\nb", "a b"},
-        RuleCase{WS::WhitespaceRule_Replace, "a\n\rb", "a  b"},
-        RuleCase{WS::WhitespaceRule_Replace, "a\r", "a "},
-        RuleCase{WS::WhitespaceRule_Replace, "\ta\n", " a "},
-        RuleCase{WS::WhitespaceRule_Replace, "  a  ", "  a  "},
-        RuleCase{WS::WhitespaceRule_Replace, "a\0\tb"s, "a"},
+        RuleCase{WS::WhitespaceRule_Replace, "a\r\nb", "a b"}, RuleCase{WS::WhitespaceRule_Replace, "a\n\rb", "a  b"},
+        RuleCase{WS::WhitespaceRule_Replace, "a\r", "a "}, RuleCase{WS::WhitespaceRule_Replace, "\ta\n", " a "},
+        RuleCase{WS::WhitespaceRule_Replace, "  a  ", "  a  "}, RuleCase{WS::WhitespaceRule_Replace, "a\0\tb"s, "a"},
         RuleCase{WS::WhitespaceRule_Replace, "a\0 b"s, "a\0 b"s},
         // Collapse.
         RuleCase{WS::WhitespaceRule_Collapse, "  a \r\n\t b  ", "a b"},
-        RuleCase{WS::WhitespaceRule_Collapse, "   ", ""},
-        RuleCase{WS::WhitespaceRule_Collapse, "", ""},
+        RuleCase{WS::WhitespaceRule_Collapse, "   ", ""}, RuleCase{WS::WhitespaceRule_Collapse, "", ""},
         RuleCase{WS::WhitespaceRule_Collapse, "a", "a"},
         RuleCase{WS::WhitespaceRule_Collapse, "\xC3\xA9 \xC3\xA9", "\xC3\xA9 \xC3\xA9"},
         RuleCase{WS::WhitespaceRule_Collapse, "\va\f", "\va\f"},
         // The result stops at the first NUL; a space written before it stays.
-        RuleCase{WS::WhitespaceRule_Collapse, "a\0b "s, "a"},
-        RuleCase{WS::WhitespaceRule_Collapse, " a \0b"s, "a "}));
+        RuleCase{WS::WhitespaceRule_Collapse, "a\0b "s, "a"}, RuleCase{WS::WhitespaceRule_Collapse, " a \0b"s, "a "}));
 
-TEST(WhitespaceTest, IsWhiteSpaceKnowsExactlyFourBytes)
-{
+TEST(WhitespaceTest, IsWhiteSpaceKnowsExactlyFourBytes) {
     for (int c = -128; c < 128; ++c) {
         const bool expected = c == ' ' || c == '\t' || c == '\r' || c == '\n';
         EXPECT_EQ(expected, WS::IsWhiteSpace(static_cast<char>(c))) << c;
     }
 }
 
-TEST(WhitespaceTest, UnknownRuleThrowsBaseException)
-{
+TEST(WhitespaceTest, UnknownRuleThrowsBaseException) {
     for (int rule : {4, -1, 1000}) {
         try {
             WS::ApplyRule(static_cast<WS::WhitespaceRule>(rule), "x");
@@ -82,8 +73,7 @@ TEST(WhitespaceTest, UnknownRuleThrowsBaseException)
     }
 }
 
-TEST(WhitespaceTest, PreserveOfBufferReadsOnlyTheGivenBytes)
-{
+TEST(WhitespaceTest, PreserveOfBufferReadsOnlyTheGivenBytes) {
     const char buffer[] = {'a', '\r', '\r', '\n', 'b', '\r'};
     EXPECT_EQ("a\n\n", WS::Preserve(buffer, 4));
     // The final CR looks at no byte past the given length.
@@ -96,8 +86,7 @@ TEST(WhitespaceTest, PreserveOfBufferReadsOnlyTheGivenBytes)
     EXPECT_EQ("a", WS::Preserve(withNul, 3));
 }
 
-TEST(WhitespaceTest, LongTextCollapses)
-{
+TEST(WhitespaceTest, LongTextCollapses) {
     std::string text;
     for (int i = 0; i < 100000; ++i)
         text += " \t x";

@@ -26,8 +26,7 @@ struct FailureCase {
 
 class ConversionFailureTest : public ::testing::TestWithParam<FailureCase> {};
 
-TEST_P(ConversionFailureTest, ThrowsInvalidValueWithExactText)
-{
+TEST_P(ConversionFailureTest, ThrowsInvalidValueWithExactText) {
     const FailureCase& c = GetParam();
     try {
         c.call();
@@ -37,10 +36,7 @@ TEST_P(ConversionFailureTest, ThrowsInvalidValueWithExactText)
     }
 }
 
-std::string LabelOf(const ::testing::TestParamInfo<FailureCase>& info)
-{
-    return info.param.label;
-}
+std::string LabelOf(const ::testing::TestParamInfo<FailureCase>& info) { return info.param.label; }
 
 INSTANTIATE_TEST_SUITE_P(
     Conversions, ConversionFailureTest,
@@ -48,11 +44,15 @@ INSTANTIATE_TEST_SUITE_P(
         // Bad text, quoted after the rule.
         FailureCase{"i4Letters", [] { C::i4FromString("12x", None); }, "The value [12x] can not be converted to a i4"},
         FailureCase{"i4Minus", [] { C::i4FromString("-", None); }, "The value [-] can not be converted to a i4"},
-        FailureCase{"i4TrailingBlank", [] { C::i4FromString("5 ", None); }, "The value [5 ] can not be converted to a i4"},
-        FailureCase{"i4Collapsed", [] { C::i4FromString(" 1  2 ", Collapse); }, "The value [1 2] can not be converted to a i4"},
+        FailureCase{"i4TrailingBlank", [] { C::i4FromString("5 ", None); },
+                    "The value [5 ] can not be converted to a i4"},
+        FailureCase{"i4Collapsed", [] { C::i4FromString(" 1  2 ", Collapse); },
+                    "The value [1 2] can not be converted to a i4"},
         FailureCase{"i8Letters", [] { C::i8FromString("abc", None); }, "The value [abc] can not be converted to a i8"},
-        FailureCase{"ui4Letters", [] { C::ui4FromString("0x10", None); }, "The value [0x10] can not be converted to a ui4"},
-        FailureCase{"ui8Letters", [] { C::ui8FromString("1.0", None); }, "The value [1.0] can not be converted to a ui8"},
+        FailureCase{"ui4Letters", [] { C::ui4FromString("0x10", None); },
+                    "The value [0x10] can not be converted to a ui4"},
+        FailureCase{"ui8Letters", [] { C::ui8FromString("1.0", None); },
+                    "The value [1.0] can not be converted to a ui8"},
         // Out of range, quoted after the rule.
         FailureCase{"i4Above", [] { C::i4FromString(" 9223372036854775808 ", Collapse); },
                     "The value [9223372036854775808] is to large to fit in a i4"},
@@ -70,28 +70,40 @@ INSTANTIATE_TEST_SUITE_P(
         FailureCase{"i1Letters", [] { C::i1FromString("12x", None); }, "The value [12x] can not be converted to a i4"},
         FailureCase{"i2Huge", [] { C::i2FromString("99999999999999999999", None); },
                     "The value [99999999999999999999] is to large to fit in a i4"},
-        FailureCase{"ui1Letters", [] { C::ui1FromString(" x ", Collapse); }, "The value [x] can not be converted to a ui4"},
-        FailureCase{"ui2Letters", [] { C::ui2FromString("--1", None); }, "The value [--1] can not be converted to a ui4"},
+        FailureCase{"ui1Letters", [] { C::ui1FromString(" x ", Collapse); },
+                    "The value [x] can not be converted to a ui4"},
+        FailureCase{"ui2Letters", [] { C::ui2FromString("--1", None); },
+                    "The value [--1] can not be converted to a ui4"},
         // ... and their own for the range, quoting the argument as it came in.
         FailureCase{"i1Above", [] { C::i1FromString("128", None); }, "The value [128] is to large to fit in a i1"},
-        FailureCase{"i1Below", [] { C::i1FromString(" -129 ", Collapse); }, "The value [ -129 ] is to large to fit in a i1"},
+        FailureCase{"i1Below", [] { C::i1FromString(" -129 ", Collapse); },
+                    "The value [ -129 ] is to large to fit in a i1"},
         FailureCase{"i2Above", [] { C::i2FromString("40000", None); }, "The value [40000] is to large to fit in a i2"},
-        FailureCase{"i2Below", [] { C::i2FromString("-40000", None); }, "The value [-40000] is to large to fit in a i2"},
+        FailureCase{"i2Below", [] { C::i2FromString("-40000", None); },
+                    "The value [-40000] is to large to fit in a i2"},
         FailureCase{"ui1Above", [] { C::ui1FromString("256", None); }, "The value [256] is to large to fit in a ui1"},
         FailureCase{"ui1MinusOne", [] { C::ui1FromString("-1", None); }, "The value [-1] is to large to fit in a ui1"},
-        FailureCase{"ui2Above", [] { C::ui2FromString("65536\n", Collapse); }, "The value [65536\n] is to large to fit in a ui2"},
+        FailureCase{"ui2Above", [] { C::ui2FromString("65536\n", Collapse); },
+                    "The value [65536\n] is to large to fit in a ui2"},
         // Floats.
-        FailureCase{"r8Letters", [] { C::r8FromString("1.5x", None); }, "The value [1.5x] can not be converted to a r8"},
-        FailureCase{"r8TrailingBlank", [] { C::r8FromString("1.5 ", None); }, "The value [1.5 ] can not be converted to a r8"},
-        FailureCase{"r8LowerInf", [] { C::r8FromString("-inf x", Collapse); }, "The value [-inf x] can not be converted to a r8"},
-        FailureCase{"r4Letters", [] { C::r4FromString(" abc ", Collapse); }, "The value [abc] can not be converted to a r4"},
+        FailureCase{"r8Letters", [] { C::r8FromString("1.5x", None); },
+                    "The value [1.5x] can not be converted to a r8"},
+        FailureCase{"r8TrailingBlank", [] { C::r8FromString("1.5 ", None); },
+                    "The value [1.5 ] can not be converted to a r8"},
+        FailureCase{"r8LowerInf", [] { C::r8FromString("-inf x", Collapse); },
+                    "The value [-inf x] can not be converted to a r8"},
+        FailureCase{"r4Letters", [] { C::r4FromString(" abc ", Collapse); },
+                    "The value [abc] can not be converted to a r4"},
         // Boolean quotes the argument as it came in; char the text after the rule.
-        FailureCase{"booleanEmpty", [] { C::booleanFromString("", None); },
-                    "A Boolean Value read from an XML document was invalid []. Valid values are 'true', 'false', '1', or '0'"},
+        FailureCase{
+            "booleanEmpty", [] { C::booleanFromString("", None); },
+            "A Boolean Value read from an XML document was invalid []. Valid values are 'true', 'false', '1', or '0'"},
         FailureCase{"booleanYes", [] { C::booleanFromString(" yes ", Collapse); },
-                    "A Boolean Value read from an XML document was invalid [ yes ]. Valid values are 'true', 'false', '1', or '0'"},
-        FailureCase{"booleanTwo", [] { C::booleanFromString("2", None); },
-                    "A Boolean Value read from an XML document was invalid [2]. Valid values are 'true', 'false', '1', or '0'"},
+                    "A Boolean Value read from an XML document was invalid [ yes ]. Valid values are 'true', 'false', "
+                    "'1', or '0'"},
+        FailureCase{
+            "booleanTwo", [] { C::booleanFromString("2", None); },
+            "A Boolean Value read from an XML document was invalid [2]. Valid values are 'true', 'false', '1', or '0'"},
         FailureCase{"charEmpty", [] { C::charFromString("", None); },
                     "The value [] can not be a char as it is either empty of greater than 1 char long"},
         FailureCase{"charTwo", [] { C::charFromString(" ab ", Collapse); },
@@ -102,8 +114,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "The value [\xC3\xA9] can not be a char as it is either empty of greater than 1 char long"}),
     LabelOf);
 
-TEST(ConversionsTest, SignedIntegersAtTheirBounds)
-{
+TEST(ConversionsTest, SignedIntegersAtTheirBounds) {
     EXPECT_EQ(-128, C::i1FromString("-128", None));
     EXPECT_EQ(127, C::i1FromString("127", None));
     EXPECT_EQ(-32768, C::i2FromString("-32768", None));
@@ -114,8 +125,7 @@ TEST(ConversionsTest, SignedIntegersAtTheirBounds)
     EXPECT_EQ(LLONG_MIN, C::i8FromString("-9223372036854775808", None));
 }
 
-TEST(ConversionsTest, UnsignedIntegersAtTheirBounds)
-{
+TEST(ConversionsTest, UnsignedIntegersAtTheirBounds) {
     EXPECT_EQ(0, C::ui1FromString("0", None));
     EXPECT_EQ(255, C::ui1FromString("255", None));
     EXPECT_EQ(65535, C::ui2FromString("65535", None));
@@ -126,8 +136,7 @@ TEST(ConversionsTest, UnsignedIntegersAtTheirBounds)
     EXPECT_EQ(ULLONG_MAX, C::ui8FromString("-1", None));
 }
 
-TEST(ConversionsTest, IntegerTextThatTheLibraryFunctionTolerates)
-{
+TEST(ConversionsTest, IntegerTextThatTheLibraryFunctionTolerates) {
     // Empty text is 0, a plus sign and leading blanks left by the rule are taken,
     // and an embedded NUL ends the number.
     EXPECT_EQ(0, C::i4FromString("", None));
@@ -140,8 +149,7 @@ TEST(ConversionsTest, IntegerTextThatTheLibraryFunctionTolerates)
     EXPECT_THROW(C::i8FromString("42\r\n", CWhitespaceUtils::WhitespaceRule_Replace), CQvInvalidValueException);
 }
 
-TEST(ConversionsTest, UnknownRuleReachesTheCaller)
-{
+TEST(ConversionsTest, UnknownRuleReachesTheCaller) {
     try {
         C::i4FromString("1", static_cast<CWhitespaceUtils::WhitespaceRule>(9));
         FAIL();
@@ -150,8 +158,7 @@ TEST(ConversionsTest, UnknownRuleReachesTheCaller)
     }
 }
 
-TEST(ConversionsTest, FloatSpecialTexts)
-{
+TEST(ConversionsTest, FloatSpecialTexts) {
     for (const char* text : {"", "NaN", "1.#QNAN", "-NAN", "nan"}) {
         EXPECT_TRUE(std::isnan(C::r8FromString(text, None))) << text;
         EXPECT_TRUE(std::isnan(C::r4FromString(text, None))) << text;
@@ -169,8 +176,7 @@ TEST(ConversionsTest, FloatSpecialTexts)
     EXPECT_EQ("-INF", C::r4ToString(-HUGE_VALF, "%f"));
 }
 
-TEST(ConversionsTest, FloatNumbers)
-{
+TEST(ConversionsTest, FloatNumbers) {
     EXPECT_EQ(1.5, C::r8FromString(" 1.5 ", Collapse));
     EXPECT_EQ(1.5, C::r8FromString(" 1.5", None));
     EXPECT_EQ(1000.0, C::r8FromString("+1e3", None));
@@ -186,8 +192,7 @@ TEST(ConversionsTest, FloatNumbers)
     EXPECT_EQ(0.0f, C::r4FromString("1e-50", None));
 }
 
-TEST(ConversionsTest, FloatToText)
-{
+TEST(ConversionsTest, FloatToText) {
     EXPECT_EQ("0.1", C::r8ToString(0.1));
     EXPECT_EQ("1e+20", C::r8ToString(1e20));
     EXPECT_EQ("-2.5", C::r8ToString(-2.5));
@@ -201,8 +206,7 @@ TEST(ConversionsTest, FloatToText)
     EXPECT_EQ("1." + std::string(29, '0'), C::r4ToString(1.0f, "%.60f"));
 }
 
-TEST(ConversionsTest, IntegersToText)
-{
+TEST(ConversionsTest, IntegersToText) {
     EXPECT_EQ("-5", C::i1ToString(static_cast<char>(-5)));
     EXPECT_EQ("-56", C::i1ToString(static_cast<char>(200)));
     EXPECT_EQ("-32768", C::i2ToString(SHRT_MIN));
@@ -215,8 +219,7 @@ TEST(ConversionsTest, IntegersToText)
     EXPECT_EQ("0", C::ui8ToString(0));
 }
 
-TEST(ConversionsTest, BooleanCharAndString)
-{
+TEST(ConversionsTest, BooleanCharAndString) {
     EXPECT_TRUE(C::booleanFromString("TRUE", None));
     EXPECT_FALSE(C::booleanFromString("False", None));
     EXPECT_TRUE(C::booleanFromString(" 1 ", Collapse));
@@ -234,8 +237,7 @@ TEST(ConversionsTest, BooleanCharAndString)
     EXPECT_EQ("a\0b"s, C::stringToString("a\0b"s));
 }
 
-TEST(ConversionsTest, YearMonthDayText)
-{
+TEST(ConversionsTest, YearMonthDayText) {
     EXPECT_EQ("2012", C::yearToString(2012));
     EXPECT_EQ("5", C::yearToString(5));
     EXPECT_EQ("65535", C::yearToString(65535));
@@ -246,8 +248,7 @@ TEST(ConversionsTest, YearMonthDayText)
     EXPECT_EQ("---31", C::dayToString(31));
 }
 
-TEST(ConversionsTest, VeryLongTextFailsCleanly)
-{
+TEST(ConversionsTest, VeryLongTextFailsCleanly) {
     const std::string digits(100000, '9');
     EXPECT_THROW(C::i8FromString(digits, None), CQvInvalidValueException);
     EXPECT_THROW(C::i1FromString(digits, None), CQvInvalidValueException);

@@ -29,8 +29,7 @@ public:
 
 protected:
     void ToXml_Int(CXmlWriter*, bool, const char*, const CXmlSerializationContext&, bool) const override {}
-    CXmlElement* FromXml_Int(CXmlElement*, CXmlElement* firstChild, const CXmlSerializationContext&, bool) override
-    {
+    CXmlElement* FromXml_Int(CXmlElement*, CXmlElement* firstChild, const CXmlSerializationContext&, bool) override {
         return firstChild;
     }
 
@@ -44,8 +43,7 @@ protected:
 };
 
 // Runs `call` and returns the full message of the CQvException it throws.
-std::string FailureOf(const std::function<void()>& call)
-{
+std::string FailureOf(const std::function<void()>& call) {
     try {
         call();
     } catch (const CQvException& e) {
@@ -64,8 +62,7 @@ struct ScalarCase {
 
 class VariantScalarTest : public ::testing::TestWithParam<ScalarCase> {};
 
-TEST_P(VariantScalarTest, SetGetTypeTextAndCopy)
-{
+TEST_P(VariantScalarTest, SetGetTypeTextAndCopy) {
     const ScalarCase& c = GetParam();
     QvVariant v;
     c.set(v);
@@ -98,42 +95,40 @@ TEST_P(VariantScalarTest, SetGetTypeTextAndCopy)
 
 INSTANTIATE_TEST_SUITE_P(
     AllScalars, VariantScalarTest,
-    ::testing::Values(
-        ScalarCase{ItemType_i1, "i1", [](QvVariant& v) { v.SetI1(static_cast<char>(-128)); },
-                   [](const QvVariant& v) { return v.GetI1() == static_cast<char>(-128); }, "-128"},
-        ScalarCase{ItemType_i2, "i2", [](QvVariant& v) { v.SetI2(-32768); },
-                   [](const QvVariant& v) { return v.GetI2() == -32768; }, "-32768"},
-        ScalarCase{ItemType_i4, "i4", [](QvVariant& v) { v.SetI4(LONG_MIN); },
-                   [](const QvVariant& v) { return v.GetI4() == LONG_MIN; }, "-9223372036854775808"},
-        ScalarCase{ItemType_i8, "i8", [](QvVariant& v) { v.SetI8(LLONG_MAX); },
-                   [](const QvVariant& v) { return v.GetI8() == LLONG_MAX; }, "9223372036854775807"},
-        ScalarCase{ItemType_ui1, "ui1", [](QvVariant& v) { v.SetUI1(255); },
-                   [](const QvVariant& v) { return v.GetUI1() == 255; }, "255"},
-        ScalarCase{ItemType_ui2, "ui2", [](QvVariant& v) { v.SetUI2(65535); },
-                   [](const QvVariant& v) { return v.GetUI2() == 65535; }, "65535"},
-        ScalarCase{ItemType_ui4, "ui4", [](QvVariant& v) { v.SetUI4(ULONG_MAX); },
-                   [](const QvVariant& v) { return v.GetUI4() == ULONG_MAX; }, "18446744073709551615"},
-        ScalarCase{ItemType_ui8, "ui8", [](QvVariant& v) { v.SetUI8(ULLONG_MAX); },
-                   [](const QvVariant& v) { return v.GetUI8() == ULLONG_MAX; }, "18446744073709551615"},
-        ScalarCase{ItemType_r4, "r4", [](QvVariant& v) { v.SetR4(0.1f); },
-                   [](const QvVariant& v) { return v.GetR4() == 0.1f; }, "0.1"},
-        ScalarCase{ItemType_r8, "r8", [](QvVariant& v) { v.SetR8(-HUGE_VAL); },
-                   [](const QvVariant& v) { return v.GetR8() == -HUGE_VAL; }, "-INF"},
-        ScalarCase{ItemType_year, "year", [](QvVariant& v) { v.SetYear(5); },
-                   [](const QvVariant& v) { return v.GetYear() == 5; }, "5"},
-        ScalarCase{ItemType_month, "month", [](QvVariant& v) { v.SetMonth(3); },
-                   [](const QvVariant& v) { return v.GetMonth() == 3; }, "--03"},
-        ScalarCase{ItemType_day, "day", [](QvVariant& v) { v.SetDay(9); },
-                   [](const QvVariant& v) { return v.GetDay() == 9; }, "---09"},
-        ScalarCase{ItemType_char, "char", [](QvVariant& v) { v.SetChar('z'); },
-                   [](const QvVariant& v) { return v.GetChar() == 'z'; }, "z"},
-        ScalarCase{ItemType_boolean, "boolean", [](QvVariant& v) { v.SetBoolean(true); },
-                   [](const QvVariant& v) { return v.GetBoolean(); }, "true"},
-        ScalarCase{ItemType_string, "string", [](QvVariant& v) { v.SetString(" a b "); },
-                   [](const QvVariant& v) { return v.GetString() == " a b "; }, " a b "}));
+    ::testing::Values(ScalarCase{ItemType_i1, "i1", [](QvVariant& v) { v.SetI1(static_cast<char>(-128)); },
+                                 [](const QvVariant& v) { return v.GetI1() == static_cast<char>(-128); }, "-128"},
+                      ScalarCase{ItemType_i2, "i2", [](QvVariant& v) { v.SetI2(-32768); },
+                                 [](const QvVariant& v) { return v.GetI2() == -32768; }, "-32768"},
+                      ScalarCase{ItemType_i4, "i4", [](QvVariant& v) { v.SetI4(LONG_MIN); },
+                                 [](const QvVariant& v) { return v.GetI4() == LONG_MIN; }, "-9223372036854775808"},
+                      ScalarCase{ItemType_i8, "i8", [](QvVariant& v) { v.SetI8(LLONG_MAX); },
+                                 [](const QvVariant& v) { return v.GetI8() == LLONG_MAX; }, "9223372036854775807"},
+                      ScalarCase{ItemType_ui1, "ui1", [](QvVariant& v) { v.SetUI1(255); },
+                                 [](const QvVariant& v) { return v.GetUI1() == 255; }, "255"},
+                      ScalarCase{ItemType_ui2, "ui2", [](QvVariant& v) { v.SetUI2(65535); },
+                                 [](const QvVariant& v) { return v.GetUI2() == 65535; }, "65535"},
+                      ScalarCase{ItemType_ui4, "ui4", [](QvVariant& v) { v.SetUI4(ULONG_MAX); },
+                                 [](const QvVariant& v) { return v.GetUI4() == ULONG_MAX; }, "18446744073709551615"},
+                      ScalarCase{ItemType_ui8, "ui8", [](QvVariant& v) { v.SetUI8(ULLONG_MAX); },
+                                 [](const QvVariant& v) { return v.GetUI8() == ULLONG_MAX; }, "18446744073709551615"},
+                      ScalarCase{ItemType_r4, "r4", [](QvVariant& v) { v.SetR4(0.1f); },
+                                 [](const QvVariant& v) { return v.GetR4() == 0.1f; }, "0.1"},
+                      ScalarCase{ItemType_r8, "r8", [](QvVariant& v) { v.SetR8(-HUGE_VAL); },
+                                 [](const QvVariant& v) { return v.GetR8() == -HUGE_VAL; }, "-INF"},
+                      ScalarCase{ItemType_year, "year", [](QvVariant& v) { v.SetYear(5); },
+                                 [](const QvVariant& v) { return v.GetYear() == 5; }, "5"},
+                      ScalarCase{ItemType_month, "month", [](QvVariant& v) { v.SetMonth(3); },
+                                 [](const QvVariant& v) { return v.GetMonth() == 3; }, "--03"},
+                      ScalarCase{ItemType_day, "day", [](QvVariant& v) { v.SetDay(9); },
+                                 [](const QvVariant& v) { return v.GetDay() == 9; }, "---09"},
+                      ScalarCase{ItemType_char, "char", [](QvVariant& v) { v.SetChar('z'); },
+                                 [](const QvVariant& v) { return v.GetChar() == 'z'; }, "z"},
+                      ScalarCase{ItemType_boolean, "boolean", [](QvVariant& v) { v.SetBoolean(true); },
+                                 [](const QvVariant& v) { return v.GetBoolean(); }, "true"},
+                      ScalarCase{ItemType_string, "string", [](QvVariant& v) { v.SetString(" a b "); },
+                                 [](const QvVariant& v) { return v.GetString() == " a b "; }, " a b "}));
 
-TEST_F(VariantTest, EmptyVariant)
-{
+TEST_F(VariantTest, EmptyVariant) {
     const QvVariant v;
     EXPECT_FALSE(v.IsValid());
     EXPECT_FALSE(v.IsNil());
@@ -141,8 +136,7 @@ TEST_F(VariantTest, EmptyVariant)
     EXPECT_EQ("Invalid Type 0 to convert to string", FailureOf([&] { v.ToString(); }));
 }
 
-TEST_F(VariantTest, NilKeepsTheKind)
-{
+TEST_F(VariantTest, NilKeepsTheKind) {
     QvVariant v;
     v.SetI4(5);
     v.SetNil();
@@ -156,8 +150,7 @@ TEST_F(VariantTest, NilKeepsTheKind)
     EXPECT_FALSE(v.IsValid());
 }
 
-TEST_F(VariantTest, NilOnEmptyVariantOutlivesTheNextSetter)
-{
+TEST_F(VariantTest, NilOnEmptyVariantOutlivesTheNextSetter) {
     QvVariant v;
     v.SetNil();
     EXPECT_TRUE(v.IsValid());
@@ -174,8 +167,7 @@ TEST_F(VariantTest, NilOnEmptyVariantOutlivesTheNextSetter)
     EXPECT_FALSE(v.IsValid());
 }
 
-TEST_F(VariantTest, NilStringHoldsNoString)
-{
+TEST_F(VariantTest, NilStringHoldsNoString) {
     QvVariant v;
     v.SetString("text");
     v.SetNil();
@@ -191,8 +183,7 @@ TEST_F(VariantTest, NilStringHoldsNoString)
     EXPECT_EQ("", copy.GetString());
 }
 
-TEST_F(VariantTest, StringsAreOwnedAndCopiedDeeply)
-{
+TEST_F(VariantTest, StringsAreOwnedAndCopiedDeeply) {
     QvVariant v;
     v.SetString("first");
     v.SetString(std::string(1000, 'x'));
@@ -206,8 +197,7 @@ TEST_F(VariantTest, StringsAreOwnedAndCopiedDeeply)
     EXPECT_EQ(std::string(1000, 'x'), copy.GetString());
 }
 
-TEST_F(VariantTest, SelfAssignmentEmptiesTheVariant)
-{
+TEST_F(VariantTest, SelfAssignmentEmptiesTheVariant) {
     QvVariant v;
     QvVariant& alias = v;
     v.SetI4(5);
@@ -226,16 +216,14 @@ TEST_F(VariantTest, SelfAssignmentEmptiesTheVariant)
     EXPECT_FALSE(v.IsNil());
 }
 
-TEST_F(VariantTest, R4WritesHalfOfTheValueWord)
-{
+TEST_F(VariantTest, R4WritesHalfOfTheValueWord) {
     QvVariant v;
     v.SetI8(-1);
     v.SetR4(1.0f);
     EXPECT_EQ(static_cast<long long>(0xFFFFFFFF3F800000ULL), v.GetI8());
 }
 
-TEST_F(VariantTest, FromStringReplacesOnlyOnSuccess)
-{
+TEST_F(VariantTest, FromStringReplacesOnlyOnSuccess) {
     QvVariant v;
     v.SetString("abc");
     v.FromString(" 12 ", ItemType_i1, Collapse);
@@ -243,7 +231,8 @@ TEST_F(VariantTest, FromStringReplacesOnlyOnSuccess)
     EXPECT_EQ(12, v.GetI1());
 
     v.SetString("abc");
-    EXPECT_EQ("The value [x] can not be converted to a i4", FailureOf([&] { v.FromString("x", ItemType_i4, Collapse); }));
+    EXPECT_EQ("The value [x] can not be converted to a i4",
+              FailureOf([&] { v.FromString("x", ItemType_i4, Collapse); }));
     EXPECT_EQ("abc", v.GetString());
 
     // A kind without a conversion is refused in the words of the present kind.
@@ -256,8 +245,7 @@ TEST_F(VariantTest, FromStringReplacesOnlyOnSuccess)
               FailureOf([&] { v.FromString("1", ItemType_i4, static_cast<CWhitespaceUtils::WhitespaceRule>(5)); }));
 }
 
-TEST_F(VariantTest, FormatReachesOnlyTheFloats)
-{
+TEST_F(VariantTest, FormatReachesOnlyTheFloats) {
     QvVariant v;
     v.SetR8(1.5);
     EXPECT_EQ("1.50", v.ToString("%.2f"));
@@ -271,8 +259,7 @@ TEST_F(VariantTest, FormatReachesOnlyTheFloats)
     EXPECT_EQ("", v.ToString());
 }
 
-TEST_F(VariantTest, ObjectStaysAliveWhileHeld)
-{
+TEST_F(VariantTest, ObjectStaysAliveWhileHeld) {
     int destroyed = 0;
     auto* object = new CountedObject(destroyed);
     QvVariant v;
@@ -300,8 +287,7 @@ TEST_F(VariantTest, ObjectStaysAliveWhileHeld)
     EXPECT_FALSE(v.IsValid());
 }
 
-TEST_F(VariantTest, ObjectIsSharedByCopies)
-{
+TEST_F(VariantTest, ObjectIsSharedByCopies) {
     int destroyed = 0;
     auto* object = new CountedObject(destroyed);
     {
@@ -322,8 +308,7 @@ TEST_F(VariantTest, ObjectIsSharedByCopies)
     EXPECT_EQ(1, destroyed);
 }
 
-TEST_F(VariantTest, NullAndNilObjects)
-{
+TEST_F(VariantTest, NullAndNilObjects) {
     QvVariant v;
     v.SetXmlObject(nullptr);
     EXPECT_TRUE(v.IsValid());
@@ -345,8 +330,7 @@ TEST_F(VariantTest, NullAndNilObjects)
     EXPECT_EQ(1, destroyed);
 }
 
-TEST_F(VariantTest, AssigningTheHoldersOwnMemberIsSafe)
-{
+TEST_F(VariantTest, AssigningTheHoldersOwnMemberIsSafe) {
     // The source lives inside the object that the target holds; the object must stay
     // alive until the source has been read.
     struct Holder : CountedObject {

@@ -34,7 +34,8 @@ protected:
 std::string Banner(int major, int minor) {
     return "\n-----------------Version Mismatch-----------------\n"
            "Quiver Works XML 2012 - Version Mismatch Error\n"
-           "Please ensure your generated code is the same version as this library (Quiver Runtime: v10.1, Generator: v" +
+           "Please ensure your generated code is the same version as this library (Quiver Runtime: v10.1, Generator: "
+           "v" +
            std::to_string(major) + "." + std::to_string(minor) + ").\n";
 }
 

@@ -32,15 +32,14 @@ bool IsOmittedDefault(const CXmlSerializationContext& context, bool optional, co
 CAttributeInfoPrimitive::CAttributeInfoPrimitive(const char* name, const char* namespaceUri, int propertyIndex,
                                                  bool optional, ItemType itemType, const char* format,
                                                  CWhitespaceUtils::WhitespaceRule whitespaceRule,
-                                                 const CPrimitiveRestrictions& restrictions,
-                                                 const char* defaultValue)
+                                                 const CPrimitiveRestrictions& restrictions, const char* defaultValue)
     : CAttributeInfo(name, namespaceUri, propertyIndex, optional, defaultValue), m_restrictions(restrictions),
       m_itemType(itemType), m_format(format != nullptr ? format : ""), m_whitespaceRule(whitespaceRule) {}
 
 CAttributeInfoPrimitive::~CAttributeInfoPrimitive() {}
 
-bool CAttributeInfoPrimitive::AttributeFromXml(const CXmlSerializationContext& /*context*/,
-                                               CXmlGeneratedClass* object, CXmlAttribute* attribute) {
+bool CAttributeInfoPrimitive::AttributeFromXml(const CXmlSerializationContext& /*context*/, CXmlGeneratedClass* object,
+                                               CXmlAttribute* attribute) {
     // Compared exactly, not through IsThisAttribute: ignoring namespaces does not apply here.
     if (attribute == nullptr || attribute->GetLocalName() != m_attributeName ||
         attribute->GetNamespaceURI() != m_namespaceUri)
