@@ -39,7 +39,7 @@ std::string CXmlObjectBase::ToXml(bool declaration, bool format, EOLType eol,
     CTextStream stream;
     CXmlTextWriter writer(stream);
     WriteDocument(*this, writer, declaration, format, eol, context);
-    return std::string(stream.GetText(), static_cast<size_t>(stream.GetLength()));
+    return stream.m_buffer.CopyText();
 }
 
 CBinaryData CXmlObjectBase::ToXmlStream(bool declaration, bool format, XmlEncoding encoding, EOLType eol,

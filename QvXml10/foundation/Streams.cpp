@@ -132,6 +132,15 @@ void CStringBuffer::SetText(const char* text) {
     Append(text);
 }
 
+std::string CStringBuffer::CopyText() const {
+    std::string text;
+    text.reserve(static_cast<size_t>(m_length));
+    for (size_t i = 0; i + 1 < m_blocks.size(); ++i)
+        text.append(m_blocks[i].get(), static_cast<size_t>(m_blockSizes[i]));
+    if (m_pCurrent) text.append(m_pCurrent, static_cast<size_t>(m_currentUsed));
+    return text;
+}
+
 const char* CStringBuffer::GetText() {
     if (m_blocks.empty()) return kEmptyText;
     if (m_blocks.size() == 1) {

@@ -53,6 +53,11 @@ private:
     friend class CStringBufferInspector; // test access to the block layout
     friend class CTextStream;
     friend class Internal::CTextAppender;
+    friend class CXmlObjectBase; // ToXml takes the text out without joining the blocks first
+
+    // The whole text as a string, copied block by block: one copy instead of the join
+    // of GetText followed by a copy of the joined text.
+    std::string CopyText() const;
 
     void AddBlock();
     // Appends length bytes as they stand, in as few copies as the blocks allow.
@@ -99,6 +104,7 @@ protected:
 
 private:
     friend class Internal::CTextAppender;
+    friend class CXmlObjectBase;
 
     // The text in UTF-8 when it can be copied from the blocks as it stands: no NUL,
     // and no byte from 0x80 up unless ASCIIOnly lets those pass. Otherwise empty.
