@@ -1,7 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
+
+namespace QvXmlLib10 {
+namespace Internal {
+class CPatternCache;
+}
+} // namespace QvXmlLib10
 
 namespace QvXmlLib10 {
 
@@ -30,6 +37,12 @@ public:
     std::string m_strMinExclusive;
     std::string m_strMaxExclusive;
     int32_t m_nLength;
+
+private:
+    friend class CXmlObjectHelper;
+    // The pattern compiled by the last check, reused while m_strPattern stays the same.
+    // Copies share it; it never changes what a check answers.
+    mutable std::shared_ptr<const Internal::CPatternCache> m_pCompiledPattern;
 };
 
 } // namespace QvXmlLib10

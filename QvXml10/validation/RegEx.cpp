@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -79,40 +80,78 @@ void TranslatePattern(std::string& pattern) {
     pattern.push_back('$');
 }
 
+// One pattern, translated and compiled, ready to match any number of values.
+class CompiledPattern {
+public:
+    // Throws the "Invalid Regular Expression" failure, made with `value`, when PCRE
+    // refuses the pattern.
+    CompiledPattern(const std::string& utf8Pattern, const std::string& value) : m_source(utf8Pattern) {
+        m_translated = utf8Pattern;
+        TranslatePattern(m_translated);
+        const char* error = nullptr;
+        int errorOffset = 0;
+        m_compiled.reset(pcre_compile(m_translated.c_str(), PCRE_UTF8, &error, &errorOffset, nullptr));
+        if (!m_compiled)
+            throw CQvException(FormatString("Invalid Regular Expression: %s Error: '%s'", value.c_str(),
+                                            error != nullptr ? error : ""));
+        pcre_fullinfo(m_compiled.get(), nullptr, PCRE_INFO_CAPTURECOUNT, &m_captureCount);
+    }
+
+    const std::string& Source() const { return m_source; }
+
+    bool Matches(const std::string& value) const {
+        std::vector<int> offsets(3 * (static_cast<std::size_t>(m_captureCount) + 1));
+
+        // The subject is the value in UTF-8, up to its first NUL.
+        const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(value.c_str());
+        const std::string subject = utf8.GetData() != nullptr
+                                        ? std::string(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength())
+                                        : std::string();
+        const int length = static_cast<int>(std::strlen(subject.c_str()));
+
+        pcre_extra limits{};
+        limits.flags = PCRE_EXTRA_MATCH_LIMIT_RECURSION;
+        limits.match_limit_recursion = InterpreterRecursionLimit();
+        const int offsetCount = static_cast<int>(offsets.size());
+        int result = pcre_exec(m_compiled.get(), &limits, subject.c_str(), length, 0, PCRE_ANCHORED, offsets.data(),
+                               offsetCount);
+        if (result == PCRE_ERROR_RECURSIONLIMIT)
+            result = ExecuteCompiled(m_translated, subject.c_str(), length, offsets.data(), offsetCount);
+        // "$" also matches before a final newline: the match must reach the very end.
+        return result > 0 && offsets[0] == 0 && offsets[1] == length;
+    }
+
+private:
+    std::string m_source;
+    std::string m_translated;
+    std::unique_ptr<pcre, PcreDeleter> m_compiled;
+    int m_captureCount = 0;
+};
+
 } // namespace
 
-bool TestRegEx(std::string pattern, std::string value) {
-    TranslatePattern(pattern);
+bool TestRegEx(std::string pattern, std::string value) { return CompiledPattern(pattern, value).Matches(value); }
 
-    const char* error = nullptr;
-    int errorOffset = 0;
-    const std::unique_ptr<pcre, PcreDeleter> compiled(
-        pcre_compile(pattern.c_str(), PCRE_UTF8, &error, &errorOffset, nullptr));
-    if (!compiled)
-        throw CQvException(
-            FormatString("Invalid Regular Expression: %s Error: '%s'", value.c_str(), error != nullptr ? error : ""));
+namespace Internal {
 
-    int captureCount = 0;
-    pcre_fullinfo(compiled.get(), nullptr, PCRE_INFO_CAPTURECOUNT, &captureCount);
-    std::vector<int> offsets(3 * (static_cast<std::size_t>(captureCount) + 1));
+// A compiled pattern kept with the facets it belongs to. Compiled patterns are never
+// changed once made, so any number of threads may match with one; the slot itself is
+// read and replaced atomically.
+class CPatternCache {
+public:
+    explicit CPatternCache(std::shared_ptr<const CompiledPattern> pattern) : m_pattern(std::move(pattern)) {}
+    std::shared_ptr<const CompiledPattern> m_pattern;
+};
 
-    // The subject is the value in UTF-8, up to its first NUL.
-    const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(value.c_str());
-    const std::string subject = utf8.GetData() != nullptr
-                                    ? std::string(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength())
-                                    : std::string();
-    const int length = static_cast<int>(std::strlen(subject.c_str()));
-
-    pcre_extra limits{};
-    limits.flags = PCRE_EXTRA_MATCH_LIMIT_RECURSION;
-    limits.match_limit_recursion = InterpreterRecursionLimit();
-    const int offsetCount = static_cast<int>(offsets.size());
-    int result =
-        pcre_exec(compiled.get(), &limits, subject.c_str(), length, 0, PCRE_ANCHORED, offsets.data(), offsetCount);
-    if (result == PCRE_ERROR_RECURSIONLIMIT)
-        result = ExecuteCompiled(pattern, subject.c_str(), length, offsets.data(), offsetCount);
-    // "$" also matches before a final newline: the match must reach the very end.
-    return result > 0 && offsets[0] == 0 && offsets[1] == length;
+bool TestRegExReusing(const std::string& utf8Pattern, const std::string& value,
+                      std::shared_ptr<const CPatternCache>& slot) {
+    const std::shared_ptr<const CPatternCache> cached = std::atomic_load(&slot);
+    if (cached && cached->m_pattern->Source() == utf8Pattern) return cached->m_pattern->Matches(value);
+    auto compiled = std::make_shared<const CompiledPattern>(utf8Pattern, value);
+    std::atomic_store(&slot, std::shared_ptr<const CPatternCache>(std::make_shared<const CPatternCache>(compiled)));
+    return compiled->Matches(value);
 }
+
+} // namespace Internal
 
 } // namespace QvXmlLib10

@@ -1,5 +1,7 @@
 #include "validation/XmlObjectHelper.h"
 
+#include <algorithm>
+
 #include <utility>
 
 #include "foundation/BinaryData.h"
@@ -167,14 +169,20 @@ void CXmlObjectHelper::CheckRestrictionForstring(const char* name, std::string v
     if (restrictions.m_nLength >= 0 && length != restrictions.m_nLength) RejectText(name, value);
 
     if (restrictions.m_strPattern.empty()) return;
-    // Patterns are matched in UTF-8.
-    const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(restrictions.m_strPattern.c_str());
-    std::string pattern = utf8.GetData() != nullptr
-                              ? std::string(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength())
-                              : std::string();
+    // Patterns are matched in UTF-8; a pattern of plain ASCII is its own UTF-8.
+    const std::string& text = restrictions.m_strPattern;
+    const bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+    std::string converted;
+    if (!ascii) {
+        const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(text.c_str());
+        if (utf8.GetData() != nullptr)
+            converted.assign(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength());
+    }
+    // The pattern text ends at its first NUL, as the conversion would end it.
+    const std::string pattern = ascii ? std::string(text.c_str()) : converted;
     bool matches = false;
     try {
-        matches = TestRegEx(std::move(pattern), value);
+        matches = Internal::TestRegExReusing(pattern, value, restrictions.m_pCompiledPattern);
     } catch (const CQvException& e) {
         throw CQvException(
             FormatString("%s\nInvalid Value for %s [%s]", e.GetFullMessage().c_str(), name, value.c_str()));
