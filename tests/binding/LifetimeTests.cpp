@@ -7,6 +7,7 @@
 #include "binding/XmlGeneratedClass.h"
 #include "binding/XmlSerializationContext.h"
 #include "foundation/QvException.h"
+#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
 #include "support/TestWriting.h"
 
@@ -24,12 +25,6 @@ std::string OrderText(int seed, int items) {
     text += "<Extra xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type=\"Item\" n=\"" +
             std::to_string(seed) + "\"><label>e</label></Extra><tag>a</tag><tag>b</tag></Order>";
     return text;
-}
-
-CXmlSerializationContext InT() {
-    CXmlSerializationContext context;
-    context.SetDefaultNamespaceURI(kNs);
-    return context;
 }
 
 // Reads the text into a new order and writes it back; failures come back as their

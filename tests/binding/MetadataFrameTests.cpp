@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <typeinfo>
 
@@ -11,6 +10,7 @@
 #include "binding/metadata/ParentElementInfo.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
+#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
 #include "support/TestWriting.h"
 #include "values/QvVariant.h"
@@ -20,15 +20,6 @@ using namespace QvXmlLib10Data;
 using namespace QvXmlTest;
 
 namespace {
-
-std::string FailureOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CQvException& e) {
-        return e.GetFullMessage();
-    }
-    return "no exception";
-}
 
 CPrimitiveRestrictions AtMost(const char* bound) {
     return CPrimitiveRestrictions(nullptr, -1, -1, nullptr, bound, nullptr, nullptr, -1);
@@ -41,22 +32,6 @@ struct Host {
     CRecordingWriter writer;
     CXmlSerializationContext context;
 };
-
-TEST(ParentElementInfo, KeepsItsTenFieldsWithNullTextsAsEmpty) {
-    const CParentElementInfo info(XmlElementGroupType_All, XmlElementType_Pseudo, "e", "urn:e", true, true, 3,
-                                  ItemType_i8, nullptr, true);
-    EXPECT_EQ(XmlElementGroupType_All, info.m_groupType);
-    EXPECT_EQ(XmlElementType_Pseudo, info.m_elementType);
-    EXPECT_EQ("e", info.m_elementName);
-    EXPECT_EQ("urn:e", info.m_namespaceUri);
-    EXPECT_TRUE(info.m_reportUnknownAttributes);
-    EXPECT_TRUE(info.m_writeTypeForOtherName);
-    EXPECT_EQ(3, info.m_textPropertyIndex);
-    EXPECT_EQ(ItemType_i8, info.m_textItemType);
-    EXPECT_EQ("", info.m_textFormat);
-    EXPECT_TRUE(info.m_textIsRaw);
-    EXPECT_EQ(2, XmlElementType_PseudoGroup);
-}
 
 TEST(ElementInfo, IsThisElementMatchesNameExactlyAndNamespaceUnlessIgnored) {
     CXmlDocument document;
@@ -170,18 +145,6 @@ TEST(ElementInfo, CheckRestrictionNeedsPrimitiveInformation) {
         EXPECT_EQ(typeid(CQvException), typeid(e));
         EXPECT_EQ("Cannot CheckRestriction for type: i4", e.GetFullMessage());
     }
-}
-
-TEST(ElementInfo, BaseConstructorsSetThePrimitiveFlag) {
-    const CTestColElement plain(nullptr, nullptr, 4);
-    EXPECT_EQ("", plain.m_elementName);
-    EXPECT_EQ(4, plain.m_propertyIndex);
-    EXPECT_FALSE(plain.m_hasPrimitiveInfo);
-    const CTestPrimElement primitive(Group::All, Occurs::Optional, "p", "urn:p", 1, true, ItemType_ui2);
-    EXPECT_TRUE(primitive.m_hasPrimitiveInfo);
-    EXPECT_TRUE(primitive.m_nillable);
-    EXPECT_EQ(ItemType_ui2, primitive.m_itemType);
-    EXPECT_EQ("", primitive.m_format);
 }
 
 TEST(ElementInfo, AnyDefaultNamespaceByRestriction) {
