@@ -5,7 +5,7 @@
 
 using namespace QvXmlLib10;
 
-TEST(SerializationContext, Defaults) {
+TEST(SerializationContext, DefaultsAndNullTexts) {
     const CXmlSerializationContext context;
     EXPECT_TRUE(context.GetWriteTypeAttribute());
     EXPECT_TRUE(context.GetStripCDATA());
@@ -20,6 +20,14 @@ TEST(SerializationContext, Defaults) {
     EXPECT_EQ(context.GetInLineSchema(), "");
     EXPECT_EQ(context.GetDefaultNamespaceURI(), "");
     EXPECT_TRUE(context.GetProcessingInstructions().empty());
+
+    // Null texts become empty.
+    CXmlSerializationContext changed;
+    changed.SetDefaultNamespaceURI("x");
+    changed.SetDefaultNamespaceURI(nullptr);
+    changed.SetInLineSchema(nullptr);
+    EXPECT_EQ(changed.GetDefaultNamespaceURI(), "");
+    EXPECT_EQ(changed.GetInLineSchema(), "");
 }
 
 TEST(SerializationContext, SchemaTypeWithoutNamespacesForcesIgnoreNamespaces) {
@@ -95,13 +103,4 @@ TEST(SerializationContext, CopyTakesEverySetting) {
     // The copy is independent.
     context.GetProcessingInstructions().clear();
     EXPECT_EQ(copy.GetProcessingInstructions().size(), 2u);
-}
-
-TEST(SerializationContext, NullTextsBecomeEmpty) {
-    CXmlSerializationContext context;
-    context.SetDefaultNamespaceURI("x");
-    context.SetDefaultNamespaceURI(nullptr);
-    context.SetInLineSchema(nullptr);
-    EXPECT_EQ(context.GetDefaultNamespaceURI(), "");
-    EXPECT_EQ(context.GetInLineSchema(), "");
 }
