@@ -6,7 +6,9 @@
 #include "binding/XmlGeneratedClass.h"
 #include "binding/XmlSerializationContext.h"
 #include "binding/metadata/AttributeInfo.h"
+#include "binding/metadata/AttributeInfoKinds.h"
 #include "binding/metadata/ElementInfo.h"
+#include "binding/metadata/SequenceElementInfo.h"
 #include "binding/metadata/ParentElementInfo.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
@@ -20,6 +22,9 @@ using namespace QvXmlLib10Data;
 using namespace QvXmlTest;
 
 namespace {
+
+const CPrimitiveRestrictions kNoFacets;
+const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
 CPrimitiveRestrictions AtMost(const char* bound) {
     return CPrimitiveRestrictions(nullptr, -1, -1, nullptr, bound, nullptr, nullptr, -1);
@@ -39,7 +44,7 @@ TEST(ElementInfo, IsThisElementMatchesNameExactlyAndNamespaceUnlessIgnored) {
     CXmlElement* const a = document.GetDocumentElement()->GetFirstElement();
     CXmlElement* const upper = a->GetNextSiblingElement();
     CXmlElement* const other = upper->GetNextSiblingElement();
-    const CTestPrimElement info(Group::Sequence, Occurs::Mandatory, "a", kNs, 0, false, ItemType_string);
+    const CElementInfoSeqPrimMnd info("a", kNs, 0, false, ItemType_string, nullptr, kCollapse, kNoFacets);
     CXmlSerializationContext context;
     EXPECT_TRUE(info.IsThisElement(context, a));
     EXPECT_FALSE(info.IsThisElement(context, upper));
@@ -55,8 +60,7 @@ TEST(ElementInfo, IsThisElementMatchesNameExactlyAndNamespaceUnlessIgnored) {
 
 TEST(ElementInfo, PrimitiveIsWrittenCheckedWithItsFormat) {
     Host host;
-    const CTestPrimElement info(Group::Sequence, Occurs::Mandatory, "v", "urn:v", 0, true, ItemType_r8, AtMost("2"),
-                                "%.2f");
+    const CElementInfoSeqPrimMnd info("v", "urn:v", 0, true, ItemType_r8, "%.2f", kCollapse, AtMost("2"));
     EXPECT_FALSE(info.ElementToXmlPrim(host.context, &host.object, &host.writer));
     EXPECT_EQ("", host.writer.m_log);
 
@@ -81,7 +85,7 @@ const char* DayName(int value) { return value == 1 ? "Monday" : "Other"; }
 
 TEST(ElementInfo, EnumerationIsWrittenAsItsText) {
     Host host;
-    const CTestPrimElement info(Group::Sequence, Occurs::Mandatory, "d", "", 0, false, ItemType_i4, AtMost("0"));
+    const CElementInfoSeqPrimMnd info("d", "", 0, false, ItemType_i4, nullptr, kCollapse, AtMost("0"));
     EXPECT_FALSE(info.ElementToXmlEnum(host.context, &host.object, &host.writer, DayName));
     host.value.SetI4(1);
     // No facet is checked for an enumeration.
@@ -93,8 +97,8 @@ TEST(ElementInfo, EnumerationIsWrittenAsItsText) {
 
 TEST(ElementInfo, ChildObjectIsWrittenUnderItsOwnNameInTheMetadatasNamespace) {
     Host host;
-    const CTestClsElement info(Group::Sequence, Occurs::Optional, "Child", "urn:m", 0, XmlElementType_Element,
-                               CreateTestObject, ClassId_InnerChoice);
+    const CElementInfoSeqClsOpt info("Child", "urn:m", 0, XmlElementType_Element, CreateTestObject,
+                                     ClassId_InnerChoice);
     EXPECT_FALSE(info.ElementToXmlCls(host.context, &host.object, &host.writer, false));
     host.value.SetXmlObject(nullptr);
     EXPECT_FALSE(info.ElementToXmlCls(host.context, &host.object, &host.writer, false));
@@ -112,7 +116,7 @@ TEST(ElementInfo, ChildObjectIsWrittenUnderItsOwnNameInTheMetadatasNamespace) {
 
 TEST(ElementInfo, CollectionIsWrittenWhenItHasItems) {
     Host host;
-    const CTestColElement info("tag", "urn:m", 0);
+    const CElementInfoSeqPrimCol info("tag", "urn:m", 0);
     CSmartPtr<CTestStringCol> tags = new CTestStringCol("tag", "urn:c", 0, -1);
     host.value.SetXmlCollection(tags);
     EXPECT_FALSE(info.ElementToXmlCol(host.context, &host.object, &host.writer));
@@ -124,7 +128,7 @@ TEST(ElementInfo, CollectionIsWrittenWhenItHasItems) {
 }
 
 TEST(ElementInfo, CheckRestrictionNeedsPrimitiveInformation) {
-    const CTestPrimElement primitive(Group::Sequence, Occurs::Mandatory, "v", "", 0, false, ItemType_i4, AtMost("3"));
+    const CElementInfoSeqPrimMnd primitive("v", "", 0, false, ItemType_i4, nullptr, kCollapse, AtMost("3"));
     QvVariant value;
     value.SetI4(3);
     EXPECT_NO_THROW(primitive.CheckRestriction(value));
@@ -137,7 +141,7 @@ TEST(ElementInfo, CheckRestrictionNeedsPrimitiveInformation) {
         EXPECT_EQ(typeid(CQvException), typeid(e));
         EXPECT_EQ("Invalid Value for v [4]", e.GetFullMessage());
     }
-    const CTestColElement collection("c", "", 0);
+    const CElementInfoSeqPrimCol collection("c", "", 0);
     try {
         collection.CheckRestriction(value);
         ADD_FAILURE() << "no exception";
@@ -183,7 +187,7 @@ TEST(AttributeInfo, IsThisAttributeMatchesNameExactlyAndNamespaceUnlessIgnored) 
                 return attribute.get();
         return nullptr;
     };
-    const CTestAttribute info("a", "", 0, true, ItemType_string);
+    const CAttributeInfoPrimitive info("a", "", 0, true, ItemType_string, nullptr, kCollapse, kNoFacets, nullptr);
     CXmlSerializationContext context;
     EXPECT_TRUE(info.IsThisAttribute(context, find("a", "")));
     EXPECT_FALSE(info.IsThisAttribute(context, find("a", "urn:p")));
@@ -198,12 +202,13 @@ TEST(AttributeInfo, IsThisAttributeMatchesNameExactlyAndNamespaceUnlessIgnored) 
 
 // Metadata that counts its destruction.
 int g_deleted = 0;
-struct CCountedElement : public CTestColElement {
-    CCountedElement() : CTestColElement("c", "", 0) {}
+struct CCountedElement : public CElementInfoSeqPrimCol {
+    CCountedElement() : CElementInfoSeqPrimCol("c", "", 0) {}
     ~CCountedElement() override { ++g_deleted; }
 };
-struct CCountedAttribute : public CTestAttribute {
-    CCountedAttribute() : CTestAttribute("a", "", 0, true, ItemType_string) {}
+struct CCountedAttribute : public CAttributeInfoPrimitive {
+    CCountedAttribute()
+        : CAttributeInfoPrimitive("a", "", 0, true, ItemType_string, nullptr, kCollapse, kNoFacets, nullptr) {}
     ~CCountedAttribute() override { ++g_deleted; }
 };
 struct CCountedParent : public CParentElementInfo {

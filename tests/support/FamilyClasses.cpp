@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 #include "binding/ClassfactoryBase.h"
+#include "binding/metadata/AttributeInfoKinds.h"
 #include "binding/metadata/SequenceElementInfo.h"
 #include "document/XmlDocument.h"
 #include "document/XmlWriter.h"
 #include "foundation/QvException.h"
-#include "support/TestMetadata.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;
@@ -67,7 +67,9 @@ void PairTables::Build(CParentElementInfo*& parent, CElementInfo**& elements, CA
         {MandatoryString("x", P_x),
          new CElementInfoSeqPrimOpt("y", kNs, P_y, false, ItemType_string, nullptr,
                                     CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions())});
-    attributes = MakeTable<CAttributeInfo>({new CTestAttribute("pa", "", P_pa, true, ItemType_string)});
+    attributes = MakeTable<CAttributeInfo>(
+        {new CAttributeInfoPrimitive("pa", "", P_pa, true, ItemType_string, nullptr,
+                                     CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions(), nullptr)});
 }
 
 void CircleTables::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {

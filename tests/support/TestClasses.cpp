@@ -1,7 +1,12 @@
 #include "support/TestClasses.h"
 
+#include "binding/metadata/AllElementInfo.h"
+#include "binding/metadata/AttributeInfoKinds.h"
+#include "binding/metadata/ChoiceElementInfo.h"
+#include "binding/metadata/SequenceElementInfo.h"
 #include "document/XmlDocument.h"
 #include "document/XmlWriter.h"
+#include "support/FamilyClasses.h"
 #include "validation/XmlObjectHelper.h"
 
 using namespace QvXmlLib10;
@@ -13,16 +18,6 @@ const char* const kNs = "urn:t";
 
 namespace {
 
-// Fills a null-terminated table from a list of entries.
-template <typename Entry> Entry** Table(std::initializer_list<Entry*> entries) {
-    Entry** table = new Entry*[entries.size() + 1];
-    size_t i = 0;
-    for (Entry* entry : entries)
-        table[i++] = entry;
-    table[i] = nullptr;
-    return table;
-}
-
 CParentElementInfo* Parent(XmlElementGroupType group, const char* name, bool reportUnknownAttributes,
                            XmlElementType type = XmlElementType_Element, int textIndex = -1,
                            ItemType textType = ItemType_Invalid, bool writeTypeForOtherName = false) {
@@ -30,9 +25,37 @@ CParentElementInfo* Parent(XmlElementGroupType group, const char* name, bool rep
                                   textType, nullptr, false);
 }
 
+const CPrimitiveRestrictions kNoFacets;
+const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
+
 CPrimitiveRestrictions AtMost(const char* bound) {
     return CPrimitiveRestrictions(nullptr, -1, -1, nullptr, bound, nullptr, nullptr, -1);
 }
+
+// A choice member that is not optional, so that a choice of them must choose one;
+// reading and writing are those of the library's primitive choice member.
+class CStrictChoicePrim : public CElementInfo {
+public:
+    CStrictChoicePrim(const char* name, int propertyIndex, ItemType itemType)
+        : CElementInfo(name, kNs, propertyIndex, false, itemType, nullptr, kCollapse, kNoFacets),
+          m_member(name, kNs, propertyIndex, false, itemType, nullptr, kCollapse, kNoFacets) {}
+
+    bool ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
+                      CXmlWriter* writer) const override {
+        return m_member.ElementToXml(context, object, writer);
+    }
+    bool ElementFromXml(const CXmlSerializationContext& context, CXmlGeneratedClass* object, CXmlElement* parent,
+                        CXmlElement** cursor, const char* namespaceUri, XmlElementType type) override {
+        return m_member.ElementFromXml(context, object, parent, cursor, namespaceUri, type);
+    }
+    bool Validate(const CXmlSerializationContext& context, const CXmlGeneratedClass* object, bool found,
+                  bool check) const override {
+        return m_member.Validate(context, object, found, check);
+    }
+
+private:
+    CElementInfoChoicePrimOpt m_member;
+};
 
 template <typename T> T* ObjectOf(const QvVariant& value) { return static_cast<T*>(value.GetXmlObject().Get()); }
 
@@ -67,39 +90,39 @@ CSeqAB::CSeqAB() { SetElementName("SeqAB"); }
 void CSeqAB::Init() { ResetValues(); }
 void CSeqAB::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "SeqAB", true);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Sequence, Occurs::Mandatory, "a", kNs, P_a, false, ItemType_string),
-         new CTestPrimElement(Group::Sequence, Occurs::Mandatory, "b", kNs, P_b, true, ItemType_i4)});
-    attributes = Table<CAttributeInfo>({new CTestAttribute("id", "", P_id, true, ItemType_i4)});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqPrimMnd("a", kNs, P_a, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+         new CElementInfoSeqPrimMnd("b", kNs, P_b, true, ItemType_i4, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>(
+        {new CAttributeInfoPrimitive("id", "", P_id, true, ItemType_i4, nullptr, kCollapse, kNoFacets, nullptr)});
 }
 
 CAllABC::CAllABC() { SetElementName("AllABC"); }
 void CAllABC::Init() { ResetValues(); }
 void CAllABC::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_All, "AllABC", true);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::All, Occurs::Mandatory, "a", kNs, P_a, false, ItemType_string),
-         new CTestPrimElement(Group::All, Occurs::Mandatory, "b", kNs, P_b, false, ItemType_string),
-         new CTestPrimElement(Group::All, Occurs::Optional, "c", kNs, P_c, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoAllPrimMnd("a", kNs, P_a, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+         new CElementInfoAllPrimMnd("b", kNs, P_b, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+         new CElementInfoAllPrimOpt("c", kNs, P_c, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 CChoiceAB::CChoiceAB() { SetElementName("ChoiceAB"); }
 void CChoiceAB::Init() { ResetValues(); }
 void CChoiceAB::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Choice, "ChoiceAB", true);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Choice, Occurs::Optional, "a", kNs, P_a, false, ItemType_string),
-         new CTestPrimElement(Group::Choice, Occurs::Optional, "b", kNs, P_b, false, ItemType_i4)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CStrictChoicePrim("a", P_a, ItemType_string), new CStrictChoicePrim("b", P_b, ItemType_i4)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 CEmpty::CEmpty() { SetElementName("Empty"); }
 void CEmpty::Init() { ResetValues(); }
 void CEmpty::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "Empty", true);
-    elements = Table<CElementInfo>({});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>({});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -108,9 +131,9 @@ CLevel3::CLevel3() { SetElementName("L3"); }
 void CLevel3::Init() { ResetValues(); }
 void CLevel3::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "L3", true);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Sequence, Occurs::Mandatory, "v", kNs, P_v, false, ItemType_i4, AtMost("10"))});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqPrimMnd("v", kNs, P_v, false, ItemType_i4, nullptr, kCollapse, AtMost("10"))});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 CLevel2::CLevel2() {
@@ -121,9 +144,9 @@ void CLevel2::Init() { ResetValues(); }
 CLevel3* CLevel2::GetL3() const { return ObjectOf<CLevel3>(m_properties[P_L3]); }
 void CLevel2::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "L2", true);
-    elements = Table<CElementInfo>(
-        {new CTestClsElement(Group::Sequence, Occurs::Mandatory, "L3", kNs, P_L3, XmlElementType_Element, nullptr, 0)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqClsMnd("L3", kNs, P_L3, XmlElementType_Element, nullptr, 0, false)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 CLevel1::CLevel1() {
@@ -134,9 +157,9 @@ void CLevel1::Init() { ResetValues(); }
 CLevel2* CLevel1::GetL2() const { return ObjectOf<CLevel2>(m_properties[P_L2]); }
 void CLevel1::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "L1", true);
-    elements = Table<CElementInfo>(
-        {new CTestClsElement(Group::Sequence, Occurs::Mandatory, "L2", kNs, P_L2, XmlElementType_Element, nullptr, 0)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqClsMnd("L2", kNs, P_L2, XmlElementType_Element, nullptr, 0, false)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -148,19 +171,20 @@ void CNillableText::Init() {
 }
 void CNillableText::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "NT", true, XmlElementType_Element, P_text, ItemType_i4);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Sequence, Occurs::Optional, "x", kNs, P_x, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqPrimOpt("x", kNs, P_x, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 CGroupXY::CGroupXY() { SetElementName("GroupXY"); }
 void CGroupXY::Init() { ResetValues(); }
 void CGroupXY::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "GroupXY", false, XmlElementType_Pseudo);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Sequence, Occurs::Mandatory, "x", kNs, P_x, false, ItemType_string),
-         new CTestPrimElement(Group::Sequence, Occurs::Optional, "y", kNs, P_y, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({new CTestAttribute("ga", "", P_ga, true, ItemType_string)});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqPrimMnd("x", kNs, P_x, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+         new CElementInfoSeqPrimOpt("y", kNs, P_y, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>(
+        {new CAttributeInfoPrimitive("ga", "", P_ga, true, ItemType_string, nullptr, kCollapse, kNoFacets, nullptr)});
 }
 
 CWithGroup::CWithGroup() {
@@ -171,12 +195,13 @@ void CWithGroup::Init() { ResetValues(); }
 CGroupXY* CWithGroup::GetGroup() const { return ObjectOf<CGroupXY>(m_properties[P_group]); }
 void CWithGroup::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "G", false);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Sequence, Occurs::Optional, "a", kNs, P_a, false, ItemType_string),
-         new CTestClsElement(Group::Sequence, Occurs::Mandatory, "GroupXY", kNs, P_group, XmlElementType_Pseudo,
-                             CreateTestObject, ClassId_GroupXY, false),
-         new CTestPrimElement(Group::Sequence, Occurs::Optional, "z", kNs, P_z, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({new CTestAttribute("g", "", P_g, true, ItemType_string)});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqPrimOpt("a", kNs, P_a, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+         new CElementInfoSeqClsMnd("GroupXY", kNs, P_group, XmlElementType_Pseudo, CreateTestObject, ClassId_GroupXY,
+                                   false),
+         new CElementInfoSeqPrimOpt("z", kNs, P_z, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>(
+        {new CAttributeInfoPrimitive("g", "", P_g, true, ItemType_string, nullptr, kCollapse, kNoFacets, nullptr)});
 }
 
 CChoiceGroupPQ::CChoiceGroupPQ() { SetElementName("ChoiceGroupPQ"); }
@@ -184,10 +209,10 @@ void CChoiceGroupPQ::Init() { ResetValues(); }
 void CChoiceGroupPQ::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements,
                                    CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Choice, "ChoiceGroupPQ", false, XmlElementType_Pseudo);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Choice, Occurs::Optional, "p", kNs, P_p, false, ItemType_string),
-         new CTestPrimElement(Group::Choice, Occurs::Optional, "q", kNs, P_q, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoChoicePrimOpt("p", kNs, P_p, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+         new CElementInfoChoicePrimOpt("q", kNs, P_q, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 CWithChoiceGroup::CWithChoiceGroup() {
@@ -199,11 +224,10 @@ CChoiceGroupPQ* CWithChoiceGroup::GetGroup() const { return ObjectOf<CChoiceGrou
 void CWithChoiceGroup::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements,
                                      CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "CG", true);
-    elements = Table<CElementInfo>(
-        {new CTestClsElement(Group::Sequence, Occurs::Mandatory, "ChoiceGroupPQ", kNs, P_group, XmlElementType_Pseudo,
-                             nullptr, 0, false),
-         new CTestPrimElement(Group::Sequence, Occurs::Optional, "r", kNs, P_r, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqClsMnd("ChoiceGroupPQ", kNs, P_group, XmlElementType_Pseudo, nullptr, 0, false),
+         new CElementInfoSeqPrimOpt("r", kNs, P_r, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -212,10 +236,9 @@ CInnerChoice::CInnerChoice() { SetElementName("Inner"); }
 void CInnerChoice::Init() { ResetValues(); }
 void CInnerChoice::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Choice, "Inner", true);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Choice, Occurs::Optional, "p", kNs, P_p, false, ItemType_string),
-         new CTestPrimElement(Group::Choice, Occurs::Optional, "q", kNs, P_q, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CStrictChoicePrim("p", P_p, ItemType_string), new CStrictChoicePrim("q", P_q, ItemType_string)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 CChooser::CChooser() { SetElementName("Ch"); }
@@ -225,11 +248,11 @@ void CChooser::Init() {
 }
 void CChooser::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Choice, "Ch", true);
-    elements = Table<CElementInfo>(
-        {new CTestClsElement(Group::Choice, Occurs::Optional, "Inner", kNs, P_Inner, XmlElementType_Element,
-                             CreateTestObject, ClassId_InnerChoice),
-         new CTestPrimElement(Group::Choice, Occurs::Optional, "s", kNs, P_s, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoChoiceClsOpt("Inner", kNs, P_Inner, XmlElementType_Element, CreateTestObject,
+                                      ClassId_InnerChoice),
+         new CElementInfoChoicePrimOpt("s", kNs, P_s, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>({});
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -238,9 +261,10 @@ CItem::CItem() { SetElementName("Item"); }
 void CItem::Init() { ResetValues(); }
 void CItem::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "Item", true, XmlElementType_Element, -1, ItemType_Invalid, true);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Sequence, Occurs::Mandatory, "label", kNs, P_label, false, ItemType_string)});
-    attributes = Table<CAttributeInfo>({new CTestAttribute("n", "", P_n, false, ItemType_i4)});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqPrimMnd("label", kNs, P_label, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
+    attributes = MakeTable<CAttributeInfo>(
+        {new CAttributeInfoPrimitive("n", "", P_n, false, ItemType_i4, nullptr, kCollapse, kNoFacets, nullptr)});
 }
 
 CItemCol::CItemCol() : CXmlCollection("Item", kNs, 1, 3) {}
@@ -314,13 +338,13 @@ CItemCol* COrder::GetItems() const { return CollectionOf<CItemCol>(m_properties[
 CTestStringCol* COrder::GetTags() const { return CollectionOf<CTestStringCol>(m_properties[P_tags]); }
 void COrder::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
     parent = Parent(XmlElementGroupType_Sequence, "Order", true);
-    elements = Table<CElementInfo>(
-        {new CTestPrimElement(Group::Sequence, Occurs::Mandatory, "name", kNs, P_name, false, ItemType_string),
-         new CTestColElement("Item", kNs, P_items),
-         new CTestClsElement(Group::Sequence, Occurs::Optional, "Extra", kNs, P_Extra, XmlElementType_Element,
-                             CreateTestObject, ClassId_Item),
-         new CTestColElement("tag", kNs, P_tags)});
-    attributes = Table<CAttributeInfo>({new CTestAttribute("code", "", P_code, false, ItemType_string)});
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoSeqPrimMnd("name", kNs, P_name, false, ItemType_string, nullptr, kCollapse, kNoFacets),
+         new CElementInfoSeqClsCol("Item", kNs, P_items, XmlElementType_Element),
+         new CElementInfoSeqClsOpt("Extra", kNs, P_Extra, XmlElementType_Element, CreateTestObject, ClassId_Item),
+         new CElementInfoSeqPrimCol("tag", kNs, P_tags)});
+    attributes = MakeTable<CAttributeInfo>({new CAttributeInfoPrimitive("code", "", P_code, false, ItemType_string,
+                                                                        nullptr, kCollapse, kNoFacets, nullptr)});
 }
 
 } // namespace QvXmlTest

@@ -14,7 +14,6 @@
 #include "binding/XmlGeneratedClass.h"
 #include "collections/XmlCollection.h"
 #include "foundation/QvException.h"
-#include "support/TestMetadata.h"
 #include "support/TestVersion.h"
 #include "values/QvVariant.h"
 
