@@ -13,19 +13,11 @@
 #include "foundation/Streams.h"
 #include "support/TestVersion.h"
 
+#include "../foundation/TestHelpers.h"
+
 using namespace QvXmlLib10;
 
 namespace {
-
-template <typename E> std::string FullMessageOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CQvException& e) {
-        EXPECT_EQ(typeid(e).name(), typeid(E).name());
-        return e.GetFullMessage();
-    }
-    return "no exception";
-}
 
 std::string Names(const CElementCol& elements) {
     std::string out;
@@ -71,11 +63,11 @@ TEST(Attribute, WritesItselfAndIsReadOnlyByItsCollection) {
     CXmlDocument document;
     document.LoadXml("<r a=\"1\"/>");
     CXmlElement* const root = document.GetDocumentElement();
-    EXPECT_EQ(FullMessageOf<CQvException>([&] {
+    EXPECT_EQ(FailureOf<CQvException>([&] {
                   CXmlObjectBase::FromXml_Int(attribute.Get(), root, root, CXmlSerializationContext::m_defaultContext);
               }),
               "This should be done by the collection");
-    EXPECT_EQ(FullMessageOf<CQvException>([&] {
+    EXPECT_EQ(FailureOf<CQvException>([&] {
                   CXmlObjectBase::FromXml_Int(attribute.Get(), nullptr, nullptr,
                                               CXmlSerializationContext::m_defaultContext);
               }),
@@ -113,23 +105,21 @@ TEST(AttributeCol, AddTestsTheNamespaceExceptForAnAttributeObject) {
     attributes->Add("three", "3", "");
     attributes->Add(new CAttribute("four", "4", "urn:anything"));
     EXPECT_EQ(Names(*attributes), "{urn:a}one= {urn:a}two=2 {}three=3 {urn:anything}four=4 ");
-    EXPECT_EQ(attributes->Item(3)->GetName(), "four");
 
-    EXPECT_EQ(FullMessageOf<CQvInvalidNamespaceException>([&] { attributes->Add("x", "1", "urn:b"); }),
+    EXPECT_EQ(FailureOf<CQvInvalidNamespaceException>([&] { attributes->Add("x", "1", "urn:b"); }),
               "Invalid namespace [urn:b]. The namespace must be one of [urn:a] where the target namespace is []");
     // A list admits only a namespace equal to the whole list, so a collection that took
     // its first URI refuses to add in it.
     CSmartPtr<CAttributeCol> list(new CAttributeCol("", "urn:a urn:b", ""));
-    EXPECT_EQ(FullMessageOf<CQvInvalidNamespaceException>([&] { list->Add("x"); }),
+    EXPECT_EQ(FailureOf<CQvInvalidNamespaceException>([&] { list->Add("x"); }),
               "Invalid namespace [urn:a]. The namespace must be one of [urn:a urn:b] where the target namespace is "
               "[]");
     CSmartPtr<CAttributeCol> local(new CAttributeCol("urn:n", "##local", ""));
-    EXPECT_EQ(FullMessageOf<CQvInvalidNamespaceException>([&] { local->Add("x", "1"); }),
+    EXPECT_EQ(FailureOf<CQvInvalidNamespaceException>([&] { local->Add("x", "1"); }),
               "Invalid namespace [urn:n]. The namespace must be one of [##local] where the target namespace is []");
     EXPECT_EQ(list->GetCount() + local->GetCount(), 0);
-    EXPECT_EQ(FullMessageOf<CQvInvalidParamException>([&] { attributes->Item(4); }),
-              "Index 4 is out of range, use 0 - 4");
-    EXPECT_EQ(FullMessageOf<CQvInvalidParamException>([&] { attributes->Add(static_cast<CAttribute*>(nullptr)); }),
+    EXPECT_EQ(FailureOf<CQvInvalidParamException>([&] { attributes->Item(4); }), "Index 4 is out of range, use 0 - 4");
+    EXPECT_EQ(FailureOf<CQvInvalidParamException>([&] { attributes->Add(static_cast<CAttribute*>(nullptr)); }),
               "A NULL item can not be added to the collection");
 }
 
@@ -144,7 +134,7 @@ TEST(AttributeCol, ReadsEveryAttributeOrRefusesTheElement) {
     EXPECT_EQ(Names(*any), "{}a=1 {urn:o}b=2 {urn:t}c=3 ");
 
     CSmartPtr<CAttributeCol> other(new CAttributeCol("", "##other", "urn:t"));
-    EXPECT_EQ(FullMessageOf<CQvInvalidNamespaceException>(
+    EXPECT_EQ(FailureOf<CQvInvalidNamespaceException>(
                   [&] { CXmlObjectBase::FromXml_Int(other.Get(), root, nullptr, context); }),
               "Invalid Attribute [c]. The attributes namespace is Inappropriate.");
     // What came before the refused attribute stays.
@@ -169,7 +159,7 @@ TEST(ElementCol, CollectionNamespaceMirrorsTheAttributeRule) {
         EXPECT_EQ(elements->GetNamespace(), "t");
         EXPECT_EQ(elements->GetTargetNamespace(), "t");
     }
-    EXPECT_EQ(FullMessageOf<CQvInvalidNamespaceException>([] { CElementCol e("urn:x", "##local", "", 0, -1); }),
+    EXPECT_EQ(FailureOf<CQvInvalidNamespaceException>([] { CElementCol e("urn:x", "##local", "", 0, -1); }),
               "Invalid namespace [urn:x]. The namespace must be one of [##local] where the target namespace is []");
 }
 
@@ -181,15 +171,14 @@ TEST(ElementCol, AddNamesTheNamespaceOrNeedsTheCollections) {
     keyword->Add("y", "urn:y");
     keyword->Add(new CElement("z", "urn:z"));
     EXPECT_EQ(Names(*keyword), "{##any}x'' {urn:y}y'' {urn:z}z'' ");
-    EXPECT_EQ(keyword->Item(2)->GetName(), "z");
 
     CSmartPtr<CElementCol> none(new CElementCol("", "u", "", 0, -1));
-    EXPECT_EQ(FullMessageOf<CQvInvalidStateException>([&] { none->Add("x"); }),
+    EXPECT_EQ(FailureOf<CQvInvalidStateException>([&] { none->Add("x"); }),
               "A Namespace has not been set for this Collection");
     // The clone keeps the empty namespace.
-    EXPECT_EQ(FullMessageOf<CQvInvalidStateException>([&] { none->Clone()->Add("x"); }),
+    EXPECT_EQ(FailureOf<CQvInvalidStateException>([&] { none->Clone()->Add("x"); }),
               "A Namespace has not been set for this Collection");
-    EXPECT_EQ(FullMessageOf<CQvInvalidParamException>([&] { none->Add(static_cast<CElement*>(nullptr)); }),
+    EXPECT_EQ(FailureOf<CQvInvalidParamException>([&] { none->Add(static_cast<CElement*>(nullptr)); }),
               "A NULL item can not be added to the collection");
 }
 

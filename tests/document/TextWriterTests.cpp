@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <clocale>
 #include <functional>
 #include <string>
 #include <vector>
@@ -9,6 +8,8 @@
 #include "document/XmlTextWriter.h"
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
+
+#include "../foundation/TestHelpers.h"
 
 using namespace QvXmlLib10;
 
@@ -26,16 +27,6 @@ public:
     void Flush() override { m_log += "flush@" + std::to_string(GetLength()) + ";"; }
     std::string m_log;
 };
-
-// The full message of the CQvException that the call throws.
-std::string FailureOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CQvException& e) {
-        return e.GetFullMessage();
-    }
-    return "no exception";
-}
 
 // An opened writer on its own sink, with short forms of the common calls.
 struct Fixture {
@@ -62,29 +53,29 @@ struct Fixture {
 } // namespace
 
 TEST(TextWriterTest, TypicalDocumentInEachLayout) {
+    const std::string formatted = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                  "<Root xmlns=\"urn:d\" xmlns:p=\"urn:p\" id=\"1\">\n"
+                                  "\t<p:Item>a&lt;b</p:Item>\n"
+                                  "\t<E/>\n"
+                                  "</Root>\n";
+    const std::string unformatted =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<Root xmlns=\"urn:d\" xmlns:p=\"urn:p\" id=\"1\"><p:Item>a&lt;b</p:Item><E/></Root>";
+    // CRLF output is the LF output with every line end doubled up.
+    const auto crlf = [](std::string text) {
+        for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 2))
+            text.replace(at, 1, "\r\n");
+        return text;
+    };
     const struct {
         bool format;
         EOLType eol;
-        const char* expected;
+        std::string expected;
     } cases[] = {
-        {true, EOLType_LF,
-         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-         "<Root xmlns=\"urn:d\" xmlns:p=\"urn:p\" id=\"1\">\n"
-         "\t<p:Item>a&lt;b</p:Item>\n"
-         "\t<E/>\n"
-         "</Root>\n"},
-        {true, EOLType_CRLF,
-         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n"
-         "<Root xmlns=\"urn:d\" xmlns:p=\"urn:p\" id=\"1\">\r\n"
-         "\t<p:Item>a&lt;b</p:Item>\r\n"
-         "\t<E/>\r\n"
-         "</Root>\r\n"},
-        {false, EOLType_LF,
-         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-         "<Root xmlns=\"urn:d\" xmlns:p=\"urn:p\" id=\"1\"><p:Item>a&lt;b</p:Item><E/></Root>"},
-        {false, EOLType_CRLF,
-         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n"
-         "<Root xmlns=\"urn:d\" xmlns:p=\"urn:p\" id=\"1\"><p:Item>a&lt;b</p:Item><E/></Root>"},
+        {true, EOLType_LF, formatted},
+        {true, EOLType_CRLF, crlf(formatted)},
+        {false, EOLType_LF, unformatted},
+        {false, EOLType_CRLF, crlf(unformatted)},
     };
     for (const auto& c : cases) {
         Fixture f(c.format, c.eol, XmlEncoding_UTF8);
@@ -279,9 +270,8 @@ TEST(TextWriterTest, LongDocumentAcrossManyBlocks) {
 }
 
 TEST(TextWriterTest, EscapingInTextAndAttributes) {
-    // Sets a UTF-8 locale for the non-ASCII bytes, and restores the previous one.
-    const std::string previous = std::setlocale(LC_ALL, nullptr);
-    std::setlocale(LC_ALL, "C.UTF-8");
+    // Under a UTF-8 locale for the non-ASCII bytes, restored afterwards.
+    const ScopedLocale utf8("C.UTF-8");
     const struct {
         const char* input;
         const char* textLF;
@@ -311,7 +301,6 @@ TEST(TextWriterTest, EscapingInTextAndAttributes) {
             EXPECT_EQ(expected, f.Close()) << c.input;
         }
     }
-    std::setlocale(LC_ALL, previous.c_str());
 }
 
 TEST(TextWriterTest, CDataOnlyAtTheVeryStartAndEmptyText) {

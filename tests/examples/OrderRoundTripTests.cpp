@@ -50,10 +50,6 @@ const char SAMPLE_WRITTEN[] =
     "\t<AB:parcel carrier=\"Royal Mail\">RM-000-1815</AB:parcel>\n"
     "</AA:purchaseOrder>\n";
 
-std::string Bytes(const CBinaryData& data) {
-    return std::string(reinterpret_cast<const char*>(data.GetData()), data.GetLength());
-}
-
 // UTF-16 in little-endian byte order, from UTF-8 of the Basic Multilingual Plane.
 std::string Utf16(const std::string& utf8) {
     std::string out;

@@ -53,13 +53,4 @@ std::string Written(const CPurchaseOrder& order, const CXmlSerializationContext&
     return order.ToXml(false, false, EOLType_LF, context);
 }
 
-std::string FailureOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CQvException& failure) {
-        return failure.GetFullMessage();
-    }
-    return "no exception";
-}
-
 } // namespace OrderTests

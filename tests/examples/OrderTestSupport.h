@@ -10,12 +10,13 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 #include "binding/XmlSerializationContext.h"
 #include "foundation/Encoder.h"
 #include "orders/Orders.h"
+
+#include "../foundation/TestHelpers.h"
 
 namespace OrderTests {
 
@@ -52,20 +53,9 @@ QvXmlLib10::CXmlSerializationContext Readable();
 std::string Written(const PurchaseOrders::CPurchaseOrder& order);
 std::string Written(const PurchaseOrders::CPurchaseOrder& order, const QvXmlLib10::CXmlSerializationContext& context);
 
-// The whole message chain of what the call throws, or "no exception".
-std::string FailureOf(const std::function<void()>& call);
-
 // Runs each test with ASCIIOnly(true) and restores the previous setting.
 class OrderTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        m_asciiOnly = QvXmlLib10::ASCII_ONLY;
-        QvXmlLib10::ASCIIOnly(true);
-    }
-    void TearDown() override { QvXmlLib10::ASCIIOnly(m_asciiOnly); }
-
-private:
-    bool m_asciiOnly = false;
+    const ScopedAsciiOnly m_asciiOnly{true};
 };
 
 } // namespace OrderTests

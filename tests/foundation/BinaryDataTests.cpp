@@ -1,7 +1,7 @@
 #include "foundation/Base64.h"
 #include "foundation/BinaryData.h"
 #include "foundation/QvException.h"
-#include "TestLocale.h"
+#include "TestHelpers.h"
 
 #include <gtest/gtest.h>
 
@@ -14,18 +14,6 @@
 using namespace QvXmlLib10;
 
 namespace {
-
-// Runs f and returns the full message of the CQvException it throws.
-template <class F> std::string FailureOf(F f) {
-    try {
-        f();
-    } catch (const CQvException& e) {
-        EXPECT_EQ(typeid(e), typeid(CQvException));
-        return e.GetFullMessage();
-    }
-    ADD_FAILURE() << "no exception";
-    return std::string();
-}
 
 CBinaryData Of(const std::string& bytes) {
     CBinaryData data;
@@ -94,11 +82,11 @@ TEST(BinaryData, IndexUpToTheLength) {
     CBinaryData data("abc");
     EXPECT_EQ(data[2], 'c');
     EXPECT_NO_THROW(data[3]); // just past the data
-    EXPECT_EQ(FailureOf([&] { data[4]; }), "Index Out of range [4]");
+    EXPECT_EQ(FailureOf<CQvException>([&] { data[4]; }), "Index Out of range [4]");
     const CBinaryData none;
-    EXPECT_EQ(FailureOf([&] { none[0]; }), "Index Out of range [0]");
+    EXPECT_EQ(FailureOf<CQvException>([&] { none[0]; }), "Index Out of range [0]");
     CBinaryData none2;
-    EXPECT_EQ(FailureOf([&] { none2[0]; }), "Index Out of range [0]");
+    EXPECT_EQ(FailureOf<CQvException>([&] { none2[0]; }), "Index Out of range [0]");
 }
 
 TEST(BinaryData, AppendForms) {
@@ -173,9 +161,9 @@ TEST(BinaryData, HolderRefusesChangesWhileShared) {
     unsigned char bytes[] = {1, 2, 3};
     auto* holder = new CBinaryData::CDataHolder(bytes, 3, false);
     holder->AddRef();
-    EXPECT_EQ(FailureOf([&] { holder->Append(bytes, 1); }), "Failed to append. [RefCount=2]");
+    EXPECT_EQ(FailureOf<CQvException>([&] { holder->Append(bytes, 1); }), "Failed to append. [RefCount=2]");
     // The count drops before the check, so the message shows what is left.
-    EXPECT_EQ(FailureOf([&] { holder->Release(true); }), "Failed to release data. [RefCount=1]");
+    EXPECT_EQ(FailureOf<CQvException>([&] { holder->Release(true); }), "Failed to release data. [RefCount=1]");
     holder->Append(bytes, 3);
     EXPECT_EQ(holder->GetLength(), 6u);
     holder->Release(false);
@@ -235,10 +223,10 @@ TEST(BinaryData, HexadecimalForms) {
     for (const auto& c : bad) {
         SCOPED_TRACE(c.text);
         CBinaryData target("old");
-        EXPECT_EQ(FailureOf([&] { target.SetAsHexString(c.text); }), c.message);
+        EXPECT_EQ(FailureOf<CQvException>([&] { target.SetAsHexString(c.text); }), c.message);
         EXPECT_TRUE(target == CBinaryData()); // cleared before converting
         unsigned char* out = reinterpret_cast<unsigned char*>(&target);
-        EXPECT_EQ(FailureOf([&] { CBinaryData::ConvertToHexData(c.text, &out); }), c.message);
+        EXPECT_EQ(FailureOf<CQvException>([&] { CBinaryData::ConvertToHexData(c.text, &out); }), c.message);
         if (std::strlen(c.text) % 2 == 0) EXPECT_EQ(out, nullptr);
     }
 

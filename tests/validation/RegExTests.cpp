@@ -7,6 +7,8 @@
 #include "foundation/QvException.h"
 #include "validation/RegEx.h"
 
+#include "../foundation/TestHelpers.h"
+
 using namespace QvXmlLib10;
 
 namespace {
@@ -14,16 +16,6 @@ namespace {
 using namespace std::string_literals;
 
 // Non-ASCII values here are UTF-8 bytes, read as the local code page under ASCIIOnly(true).
-class AsciiOnlyScope {
-public:
-    AsciiOnlyScope() : m_previous(ASCII_ONLY) { ASCIIOnly(true); }
-    ~AsciiOnlyScope() { ASCIIOnly(m_previous); }
-    AsciiOnlyScope(const AsciiOnlyScope&) = delete;
-    AsciiOnlyScope& operator=(const AsciiOnlyScope&) = delete;
-
-private:
-    bool m_previous;
-};
 
 struct MatchCase {
     std::string pattern;
@@ -38,7 +30,7 @@ void PrintTo(const MatchCase& c, std::ostream* os) {
 class RegExMatchTest : public ::testing::TestWithParam<MatchCase> {};
 
 TEST_P(RegExMatchTest, WholeValueMatch) {
-    const AsciiOnlyScope asciiOnly;
+    const ScopedAsciiOnly asciiOnly(true);
     const MatchCase& c = GetParam();
     EXPECT_EQ(c.matches, TestRegEx(c.pattern, c.value)) << "pattern " << c.pattern << ", value " << c.value;
 }
@@ -88,7 +80,7 @@ std::string FailureOf(const std::string& pattern, const std::string& value) {
 }
 
 TEST(RegExTest, RefusedPatternsNameTheValue) {
-    const AsciiOnlyScope asciiOnly;
+    const ScopedAsciiOnly asciiOnly(true);
     EXPECT_EQ("Invalid Regular Expression: abc Error: 'missing )'", FailureOf("(", "abc"));
     EXPECT_EQ("Invalid Regular Expression:  Error: 'nothing to repeat'", FailureOf("*", ""));
     EXPECT_EQ("Invalid Regular Expression: x Error: 'missing terminating ] for character class'", FailureOf("[a", "x"));
@@ -103,7 +95,7 @@ TEST(RegExTest, RefusedPatternsNameTheValue) {
 }
 
 TEST(RegExTest, LongValues) {
-    const AsciiOnlyScope asciiOnly;
+    const ScopedAsciiOnly asciiOnly(true);
     const std::string longValue(1 << 20, 'a');
     EXPECT_TRUE(TestRegEx("a*", longValue));
     EXPECT_TRUE(TestRegEx("[a-z]+", longValue));

@@ -1,11 +1,18 @@
 #pragma once
 
+// Helpers shared by the tests of several folders: scoped locale and ASCIIOnly settings,
+// the bytes of a binary value, and the full message of a failure.
+
+#include "foundation/BinaryData.h"
 #include "foundation/Encoder.h"
+#include "foundation/QvException.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <string>
+#include <type_traits>
+#include <typeinfo>
 
 // Sets LC_ALL for the lifetime of a scope and restores the previous locale.
 class ScopedLocale {
@@ -44,4 +51,16 @@ private:
 inline std::string Bytes(const QvXmlLib10::CBinaryData& data) {
     return data.GetData() ? std::string(reinterpret_cast<const char*>(data.GetData()), data.GetLength())
                           : std::string();
+}
+
+// The full message of the CQvException that the call throws, or "no exception". With a
+// class given, the exception must be of exactly that class.
+template <class E = void, class F> std::string FailureOf(F&& call) {
+    try {
+        call();
+    } catch (const QvXmlLib10::CQvException& e) {
+        if constexpr (!std::is_void<E>::value) EXPECT_EQ(typeid(e).name(), typeid(E).name());
+        return e.GetFullMessage();
+    }
+    return "no exception";
 }
