@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
 #include <string>
-#include <typeinfo>
 
 #include "binding/XmlGeneratedClass.h"
 #include "binding/XmlSerializationContext.h"
@@ -12,26 +10,18 @@
 #include "collections/AttributeCollections.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
+#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
 #include "support/TestVersion.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;
+using QvXmlTest::WrappedFailureOf;
 
 namespace {
 
 const char* const T_NS = "urn:t";
-
-template <typename E> std::string FullMessageOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CQvException& e) {
-        EXPECT_EQ(typeid(e).name(), typeid(E).name());
-        return e.GetFullMessage();
-    }
-    return "no exception";
-}
 
 enum Shape { Shape_Circle = 0, Shape_Square = 1 };
 
@@ -132,8 +122,7 @@ TEST(AttributeMetadata, ReadingFailuresWithTheirChains) {
     for (const Case& c : cases) {
         CXmlSerializationContext context;
         context.SetIgnoreUnknownAttributes(c.ignoreUnknownAttributes);
-        EXPECT_EQ(FullMessageOf<CQvValidationException>([&] { Read(c.attributes, context); }), c.message)
-            << c.attributes;
+        EXPECT_EQ(WrappedFailureOf([&] { Read(c.attributes, context); }), c.message) << c.attributes;
     }
     // The unknown attribute passes when ignored.
     CXmlSerializationContext lenient;
@@ -141,7 +130,7 @@ TEST(AttributeMetadata, ReadingFailuresWithTheirChains) {
     EXPECT_EQ(Read("count=\"1\" t:shape=\"circle\" t:other=\"1\"", lenient)->GetAny()->GetCount(), 0);
 
     // A conversion failure passes up as it is, inside the driver's chain.
-    const std::string badCount = FullMessageOf<CQvValidationException>([] { Read("count=\"x\" t:shape=\"circle\""); });
+    const std::string badCount = WrappedFailureOf([] { Read("count=\"x\" t:shape=\"circle\""); });
     EXPECT_EQ(badCount.rfind("Failed to process the element [Holder]\n", 0), 0u) << badCount;
 }
 
@@ -152,7 +141,7 @@ TEST(AttributeMetadata, IgnoringNamespacesReachesEnumerationsButNotPrimitives) {
     // shape without its namespace is found; count in a namespace is not, and the
     // wildcard refuses urn:t.
     CSmartPtr<CHolder> holder(new CHolder);
-    EXPECT_EQ(FullMessageOf<CQvValidationException>(
+    EXPECT_EQ(WrappedFailureOf(
                   [&] { holder->FromXml("<Holder xmlns:t=\"urn:t\" t:count=\"4\" shape=\"square\"/>", context); }),
               "Failed to process the element [Holder]\nFailed to find the required Attribute [count]");
     EXPECT_EQ(holder->Property(CHolder::P_shape).GetI4(), Shape_Square);
@@ -165,7 +154,7 @@ TEST(AttributeMetadata, IgnoringNamespacesReachesEnumerationsButNotPrimitives) {
     // Without ignoring namespaces, shape outside urn:t goes to the wildcard.
     CXmlSerializationContext strict;
     strict.SetIgnoreUnknownAttributes(true);
-    EXPECT_EQ(FullMessageOf<CQvValidationException>(
+    EXPECT_EQ(WrappedFailureOf(
                   [&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"4\" o:shape=\"square\"/>", strict); }),
               "Failed to process the element [Holder]\nFailed to find the required Attribute [shape]");
     EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}shape=square ");
@@ -209,7 +198,7 @@ TEST(AttributeMetadata, WritingChecksTheFacetsOfPrimitives) {
     CSmartPtr<CHolder> holder(new CHolder);
     holder->Property(CHolder::P_count).SetI4(11);
     holder->Property(CHolder::P_shape).SetI4(Shape_Circle);
-    const std::string message = FullMessageOf<CQvValidationException>([&] { holder->ToXml(); });
+    const std::string message = WrappedFailureOf([&] { holder->ToXml(); });
     std::string facet = "no exception";
     try {
         CAttributeInfoPrimitive("count", "", 0, false, ItemType_i4, nullptr, CWhitespaceUtils::WhitespaceRule_None,
@@ -227,13 +216,9 @@ TEST(AttributeMetadata, TheWildcardNeedsAnAttributeCollection) {
     holder->Property(CHolder::P_any).SetXmlCollection(new CElementCol("", "##any", "", 0, -1));
     const char message[] = "Failed to process the element [Holder]\n"
                            "Serialization Data Error : The collection should be a CAttributeCol, it was not!";
-    EXPECT_EQ(FullMessageOf<CQvValidationException>(
-                  [&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"1\" o:x=\"1\"/>"); }),
-              message);
+    EXPECT_EQ(WrappedFailureOf([&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"1\" o:x=\"1\"/>"); }), message);
     holder->Property(CHolder::P_any).SetInvalid();
-    EXPECT_EQ(FullMessageOf<CQvValidationException>(
-                  [&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"1\" o:x=\"1\"/>"); }),
-              message);
+    EXPECT_EQ(WrappedFailureOf([&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"1\" o:x=\"1\"/>"); }), message);
     // Without a collection there is nothing to write.
     holder->Property(CHolder::P_count).SetI4(1);
     holder->Property(CHolder::P_shape).SetI4(Shape_Square);

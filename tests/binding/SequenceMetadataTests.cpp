@@ -421,21 +421,6 @@ TEST(SequenceMetadata, ValuesReadAndWriteBack) {
               WriteXml(*values, InT()));
 }
 
-TEST(SequenceMetadata, ValueFailuresComeWrappedByTheClass) {
-    CSmartPtr<CValues> values = new CValues();
-    EXPECT_EQ("Failed to process the element [V]\nFailed to find a required element [p]",
-              Read(*values, "<V xmlns='urn:t'><e>red</e></V>"));
-    EXPECT_EQ("Failed to process the element [V]\nFailed to find a required element [e]",
-              Read(*values, "<V xmlns='urn:t'><p>1</p><x/><e>red</e></V>"));
-    EXPECT_EQ("no exception", Read(*values, "<V xmlns='urn:t'><p>1</p><x/><e>red</e></V>", IgnoringUnknown()));
-    EXPECT_EQ("Failed to process the element [V]\nInvalid use of 'nil' attibute in non-nillable element [o]",
-              Read(*values, "<V xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><p>1</p>"
-                            "<o xsi:nil='true'/><e>red</e></V>"));
-    EXPECT_EQ("Failed to process the element [V]\nThe Maximum number of [pc] elements allowed in this collection "
-              "is 2",
-              Read(*values, "<V xmlns='urn:t'><p>1</p><e>red</e><pc/><pc/><pc/></V>"));
-}
-
 TEST(SequenceMetadata, ObjectsReadAndWriteBack) {
     // The writer declares the schema instance namespace where it is used.
     const char* const xsi = "xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type";
