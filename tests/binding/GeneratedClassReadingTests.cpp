@@ -65,8 +65,7 @@ TEST(GeneratedClassReading, FailuresAndTheSettingsThatPassThem) {
         // The required attribute is checked after all attributes.
         {&item, "<Item xmlns='urn:t'><label/></Item>", &plain, "Failed to find the required Attribute [n]"},
         {&nt, "<NT xmlns='urn:t'>4x</NT>", &plain, "The value [4x] can not be converted to a i4"},
-        {&nt,
-         "<NT xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='yes'></NT>", &plain,
+        {&nt, "<NT xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='yes'></NT>", &plain,
          "Unexpected Value [yes] for 'nil' Attribute found."},
         {&seq, nilFalse, &plain, "Invalid use of 'nil' attibute in non-nillable element [SeqAB]"},
         // Sequence walk.
@@ -101,12 +100,11 @@ TEST(GeneratedClassReading, FailuresAndTheSettingsThatPassThem) {
         {&cg, "<CG xmlns='urn:t'><x/><p>P</p></CG>", &plain, FormatString(kLeftover, "CG", "x")},
     };
     for (const Row& row : rows) {
-        const std::string expected = row.expected == "no exception" ? row.expected
-                                                                    : "Failed to process the element [" +
-                                                                          row.object->GetElementName() + "]\n" +
-                                                                          row.expected;
-        EXPECT_EQ(expected, WrappedFailureOf([&] { row.object->FromXml(row.text.c_str(), *row.context); }))
-            << row.text;
+        const std::string expected =
+            row.expected == "no exception"
+                ? row.expected
+                : "Failed to process the element [" + row.object->GetElementName() + "]\n" + row.expected;
+        EXPECT_EQ(expected, WrappedFailureOf([&] { row.object->FromXml(row.text.c_str(), *row.context); })) << row.text;
     }
 }
 
@@ -227,7 +225,8 @@ TEST(GeneratedClassReading, AllReadsInAnyOrderAndChoiceTakesTheFirstMemberThatFi
     ASSERT_TRUE(chooser.Property(CChooser::P_Inner).GetXmlObject());
     EXPECT_EQ("Inner", chooser.Property(CChooser::P_Inner).GetXmlObject()->GetElementName());
     chooser.FromXml("<Ch xmlns='urn:t'><Inner><q>Q</q></Inner></Ch>");
-    EXPECT_EQ("Q", ObjectIn<CInnerChoice>(chooser.Property(CChooser::P_Inner))->Property(CInnerChoice::P_q).GetString());
+    EXPECT_EQ("Q",
+              ObjectIn<CInnerChoice>(chooser.Property(CChooser::P_Inner))->Property(CInnerChoice::P_q).GetString());
 }
 
 TEST(GeneratedClassReading, FailureThreeLevelsDownGivesFourLinesOutermostFirst) {

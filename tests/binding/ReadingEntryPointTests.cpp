@@ -72,7 +72,8 @@ TEST(ReadingEntryPoints, AllRoutesWithoutNamespacesAndWithCdataKept) {
     CXmlSerializationContext context;
     context.SetSchemaType(SchemaType_NoNamespaces);
     context.SetStripCDATA(false);
-    ReadAllRoutes(xml, wide, "o:order{} local=o:order text=a<![CDATA[<b>]]>c @xmlns:o{}=urn:o @id{}=7 {}o:line", context);
+    ReadAllRoutes(xml, wide, "o:order{} local=o:order text=a<![CDATA[<b>]]>c @xmlns:o{}=urn:o @id{}=7 {}o:line",
+                  context);
 }
 
 TEST(ReadingEntryPoints, AllRoutesWithNonAsciiText) {
