@@ -1,6 +1,7 @@
 #include "validation/XmlObjectHelper.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include <utility>
 
@@ -169,17 +170,19 @@ void CXmlObjectHelper::CheckRestrictionForstring(const char* name, std::string v
     if (restrictions.m_nLength >= 0 && length != restrictions.m_nLength) RejectText(name, value);
 
     if (restrictions.m_strPattern.empty()) return;
-    // Patterns are matched in UTF-8; a pattern of plain ASCII is its own UTF-8.
+    // Patterns are matched in UTF-8; a pattern of plain ASCII without NUL is its own
+    // UTF-8 and is used as it stands, with no copy per check. Otherwise the text ends at
+    // its first NUL, as the conversion ends it.
     const std::string& text = restrictions.m_strPattern;
-    const bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+    const bool plain = std::all_of(text.begin(), text.end(), [](char c) { return c != '\0' && (c & 0x80) == 0; });
     std::string converted;
-    if (!ascii) {
+    if (!plain) {
         const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(text.c_str());
         if (utf8.GetData() != nullptr)
             converted.assign(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength());
+        converted.resize(std::strlen(converted.c_str()));
     }
-    // The pattern text ends at its first NUL, as the conversion would end it.
-    const std::string pattern = ascii ? std::string(text.c_str()) : converted;
+    const std::string& pattern = plain ? text : converted;
     bool matches = false;
     try {
         matches = Internal::TestRegExReusing(pattern, value, restrictions.m_pCompiledPattern);
