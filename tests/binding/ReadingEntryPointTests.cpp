@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 using namespace QvXmlLib10;
 using QvXmlTest::CRecorder;
 
@@ -37,7 +39,10 @@ void ReadAllRoutes(const std::string& utf8, const std::wstring& wide, const std:
     fromWide.FromXml(wide.c_str(), context);
     EXPECT_EQ(Summary(fromWide), expected) << "wide text";
 
-    const std::string path = testing::TempDir() + "qvxml-entry.xml";
+    // One file per test and process: the tests run in parallel processes.
+    const std::string path = testing::TempDir() + "qvxml-entry-" +
+                             testing::UnitTest::GetInstance()->current_test_info()->name() + "-" +
+                             std::to_string(getpid()) + ".xml";
     { std::ofstream(path.c_str(), std::ios::binary) << utf8; }
     CRecorder fromFile;
     fromFile.FromXmlFile(path.c_str(), context);
