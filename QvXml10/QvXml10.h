@@ -2,6 +2,7 @@
 
 // Umbrella header: includes every public header of libQvXml10.
 
+#include "foundation/QvExport.h"
 #include "foundation/QvTypes.h"
 #include "foundation/QvException.h"
 #include "foundation/CriticalSection.h"

@@ -2,7 +2,7 @@
 
 #include "BenchSupport.h"
 
-#include <QvXml10.h>
+#include <QvXml10/QvXml10.h>
 
 #include <benchmark/benchmark.h>
 #include <expat.h>

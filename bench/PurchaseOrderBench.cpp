@@ -3,7 +3,7 @@
 
 #include "BenchSupport.h"
 
-#include <QvXml10.h>
+#include <QvXml10/QvXml10.h>
 
 #include "orders/Orders.h"
 

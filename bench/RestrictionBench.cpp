@@ -5,9 +5,9 @@
 
 #include <string>
 
-#include "validation/PrimitiveRestrictions.h"
-#include "validation/XmlObjectHelper.h"
-#include "values/QvVariant.h"
+#include <QvXml10/validation/PrimitiveRestrictions.h>
+#include <QvXml10/validation/XmlObjectHelper.h>
+#include <QvXml10/values/QvVariant.h>
 
 using namespace QvXmlLib10;
 

@@ -10,7 +10,7 @@
 // on ASCIIOnly(true), so that the library takes the local code page to be UTF-8 and
 // the sample's non-ASCII text passes through unchanged either way.
 
-#include <QvXml10.h>
+#include <QvXml10/QvXml10.h>
 
 #include "orders/Orders.h"
 

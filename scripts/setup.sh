@@ -4,7 +4,10 @@
 set -euo pipefail
 
 packages=(cmake make g++ pkg-config libexpat1-dev libpcre3-dev zlib1g-dev
-          libgtest-dev libgmock-dev googletest libbenchmark-dev)
+          libgtest-dev libgmock-dev googletest libbenchmark-dev
+          # test-only: an independent Fast Infoset codec (Java), GMP as an arithmetic
+          # oracle, time zones, coverage and the fuzzing compiler
+          default-jdk-headless libfastinfoset-java libgmp-dev tzdata gcovr clang)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "binding/XmlObjectBase.h"
-#include "binding/metadata/AttributeInfo.h"
-#include "binding/metadata/ElementInfo.h"
-#include "binding/metadata/ParentElementInfo.h"
-#include "foundation/CriticalSection.h"
+#include "XmlObjectBase.h"
+#include "metadata/AttributeInfo.h"
+#include "metadata/ElementInfo.h"
+#include "metadata/ParentElementInfo.h"
+#include "../foundation/CriticalSection.h"
 
 namespace QvXmlLib10 {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "binding/SmartPtr.h"
-#include "binding/XmlSerializationContext.h"
-#include "foundation/BinaryData.h"
-#include "foundation/CriticalSection.h"
-#include "foundation/QvTypes.h"
+#include "SmartPtr.h"
+#include "XmlSerializationContext.h"
+#include "../foundation/BinaryData.h"
+#include "../foundation/CriticalSection.h"
+#include "../foundation/QvTypes.h"
 
 #include <string>
 

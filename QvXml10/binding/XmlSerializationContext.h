@@ -1,8 +1,8 @@
 #pragma once
 
-#include "binding/SmartPtr.h"
-#include "document/NamespaceAliasMap.h"
-#include "foundation/QvTypes.h"
+#include "SmartPtr.h"
+#include "../document/NamespaceAliasMap.h"
+#include "../foundation/QvTypes.h"
 
 #include <string>
 #include <vector>

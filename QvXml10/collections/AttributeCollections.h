@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "binding/SmartPtr.h"
-#include "collections/XmlCollection.h"
-#include "foundation/CriticalSection.h"
+#include "../binding/SmartPtr.h"
+#include "XmlCollection.h"
+#include "../foundation/CriticalSection.h"
 
 namespace QvXmlLib10 {
 

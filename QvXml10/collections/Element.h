@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "binding/SmartPtr.h"
-#include "binding/XmlObjectBase.h"
-#include "collections/AttributeCollections.h"
-#include "foundation/CriticalSection.h"
+#include "../binding/SmartPtr.h"
+#include "../binding/XmlObjectBase.h"
+#include "AttributeCollections.h"
+#include "../foundation/CriticalSection.h"
 
 namespace QvXmlLib10 {
 

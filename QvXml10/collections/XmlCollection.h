@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "binding/XmlObjectBase.h"
-#include "foundation/QvTypes.h"
-#include "validation/PrimitiveRestrictions.h"
-#include "validation/WhitespaceUtils.h"
+#include "../binding/XmlObjectBase.h"
+#include "../foundation/QvTypes.h"
+#include "../validation/PrimitiveRestrictions.h"
+#include "../validation/WhitespaceUtils.h"
 
 namespace QvXmlLib10 {
 

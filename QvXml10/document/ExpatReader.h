@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/CriticalSection.h"
+#include "../foundation/CriticalSection.h"
 
 #include <cstddef>
 #include <cstdint>

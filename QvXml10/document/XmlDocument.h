@@ -1,7 +1,7 @@
 #pragma once
 
-#include "foundation/CriticalSection.h"
-#include "foundation/QvTypes.h"
+#include "../foundation/CriticalSection.h"
+#include "../foundation/QvTypes.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-#include "document/XmlWriter.h"
-#include "foundation/QvTypes.h"
+#include "XmlWriter.h"
+#include "../foundation/QvTypes.h"
 
 namespace QvXmlLib10 {
 

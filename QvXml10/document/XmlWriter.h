@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "foundation/CriticalSection.h"
-#include "foundation/QvTypes.h"
+#include "../foundation/CriticalSection.h"
+#include "../foundation/QvTypes.h"
 
 namespace QvXmlLib10 {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/CriticalSection.h"
+#include "CriticalSection.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/BinaryData.h"
+#include "BinaryData.h"
 
 #include <cstdint>
 #include <string>

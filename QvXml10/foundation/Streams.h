@@ -1,8 +1,8 @@
 #pragma once
 
-#include "foundation/BinaryData.h"
-#include "foundation/CriticalSection.h"
-#include "foundation/QvTypes.h"
+#include "BinaryData.h"
+#include "CriticalSection.h"
+#include "QvTypes.h"
 
 #include <cstdint>
 #include <cstdio>

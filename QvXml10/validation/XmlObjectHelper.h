@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "foundation/QvTypes.h"
-#include "validation/PrimitiveRestrictions.h"
+#include "../foundation/QvTypes.h"
+#include "PrimitiveRestrictions.h"
 
 namespace QvXmlLib10 {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "validation/WhitespaceUtils.h"
+#include "../validation/WhitespaceUtils.h"
 
 namespace QvXmlLib10 {
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "binding/SmartPtr.h"
-#include "foundation/QvTypes.h"
-#include "validation/WhitespaceUtils.h"
+#include "../binding/SmartPtr.h"
+#include "../foundation/QvTypes.h"
+#include "../validation/WhitespaceUtils.h"
 
 namespace QvXmlLib10 {
 

@@ -1,7 +1,7 @@
 #include "Address.h"
 
 #include "ClassFactory.h"
-#include "binding/metadata/SequenceElementInfo.h"
+#include <QvXml10/binding/metadata/SequenceElementInfo.h>
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;

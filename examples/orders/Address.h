@@ -7,7 +7,7 @@
 
 #include "Contact.h"
 #include "OrdersCommon.h"
-#include "binding/SmartPtr.h"
+#include <QvXml10/binding/SmartPtr.h>
 
 namespace PurchaseOrders {
 

@@ -1,7 +1,7 @@
 #include "BusinessDocument.h"
 
-#include "binding/metadata/AttributeInfoKinds.h"
-#include "binding/metadata/SequenceElementInfo.h"
+#include <QvXml10/binding/metadata/AttributeInfoKinds.h>
+#include <QvXml10/binding/metadata/SequenceElementInfo.h>
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;

@@ -1,7 +1,7 @@
 #include "ClassFactory.h"
 
 #include "Orders.h"
-#include "document/XmlDocument.h"
+#include <QvXml10/document/XmlDocument.h>
 
 using namespace QvXmlLib10;
 

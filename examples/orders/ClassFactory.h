@@ -3,9 +3,9 @@
 // The class factory of the schema: creates objects by class number for the metadata of
 // optional children, and the concrete payment class named by an element's xsi:type.
 
-#include "binding/ClassfactoryBase.h"
-#include "binding/SmartPtr.h"
-#include "binding/XmlObjectBase.h"
+#include <QvXml10/binding/ClassfactoryBase.h>
+#include <QvXml10/binding/SmartPtr.h>
+#include <QvXml10/binding/XmlObjectBase.h>
 
 namespace PurchaseOrders {
 

@@ -1,6 +1,6 @@
 #include "Customer.h"
 
-#include "binding/metadata/AllElementInfo.h"
+#include <QvXml10/binding/metadata/AllElementInfo.h>
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;

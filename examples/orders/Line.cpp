@@ -1,8 +1,8 @@
 #include "Line.h"
 
-#include "binding/metadata/AttributeInfoKinds.h"
-#include "binding/metadata/SequenceElementInfo.h"
-#include "document/XmlDocument.h"
+#include <QvXml10/binding/metadata/AttributeInfoKinds.h>
+#include <QvXml10/binding/metadata/SequenceElementInfo.h>
+#include <QvXml10/document/XmlDocument.h>
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;

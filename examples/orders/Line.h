@@ -8,8 +8,8 @@
 #include <string>
 
 #include "OrdersCommon.h"
-#include "binding/SmartPtr.h"
-#include "collections/XmlCollection.h"
+#include <QvXml10/binding/SmartPtr.h>
+#include <QvXml10/collections/XmlCollection.h>
 
 namespace PurchaseOrders {
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "foundation/QvException.h"
+#include <QvXml10/foundation/QvException.h>
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;

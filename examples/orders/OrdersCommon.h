@@ -9,11 +9,11 @@
 #include <optional>
 #include <string>
 
-#include "binding/XmlGeneratedClass.h"
-#include "binding/metadata/AttributeInfo.h"
-#include "binding/metadata/ElementInfo.h"
-#include "binding/metadata/ParentElementInfo.h"
-#include "values/QvVariant.h"
+#include <QvXml10/binding/XmlGeneratedClass.h>
+#include <QvXml10/binding/metadata/AttributeInfo.h>
+#include <QvXml10/binding/metadata/ElementInfo.h>
+#include <QvXml10/binding/metadata/ParentElementInfo.h>
+#include <QvXml10/values/QvVariant.h>
 
 namespace PurchaseOrders {
 

@@ -1,6 +1,6 @@
 #include "Payment.h"
 
-#include "binding/metadata/SequenceElementInfo.h"
+#include <QvXml10/binding/metadata/SequenceElementInfo.h>
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;

@@ -1,11 +1,11 @@
 #include "PurchaseOrder.h"
 
 #include "ClassFactory.h"
-#include "binding/metadata/AttributeInfoKinds.h"
-#include "binding/metadata/ChoiceElementInfo.h"
-#include "binding/metadata/SequenceElementInfo.h"
-#include "collections/Element.h"
-#include "foundation/QvException.h"
+#include <QvXml10/binding/metadata/AttributeInfoKinds.h>
+#include <QvXml10/binding/metadata/ChoiceElementInfo.h>
+#include <QvXml10/binding/metadata/SequenceElementInfo.h>
+#include <QvXml10/collections/Element.h>
+#include <QvXml10/foundation/QvException.h>
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;

@@ -21,8 +21,8 @@
 #include "Line.h"
 #include "OrdersCommon.h"
 #include "Payment.h"
-#include "binding/SmartPtr.h"
-#include "collections/AttributeCollections.h"
+#include <QvXml10/binding/SmartPtr.h>
+#include <QvXml10/collections/AttributeCollections.h>
 
 namespace PurchaseOrders {
 

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "binding/metadata/AttributeInfo.h"
-#include "foundation/QvTypes.h"
-#include "validation/PrimitiveRestrictions.h"
-#include "validation/WhitespaceUtils.h"
-#include "values/QvVariant.h"
+#include "AttributeInfo.h"
+#include "../../foundation/QvTypes.h"
+#include "../../validation/PrimitiveRestrictions.h"
+#include "../../validation/WhitespaceUtils.h"
+#include "../../values/QvVariant.h"
 
 namespace QvXmlLib10Data {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "binding/SmartPtr.h"
-#include "binding/metadata/ElementInfo.h"
+#include "../SmartPtr.h"
+#include "ElementInfo.h"
 
 namespace QvXmlLib10Data {
 

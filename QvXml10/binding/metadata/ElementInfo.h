@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "binding/metadata/ParentElementInfo.h"
-#include "foundation/QvTypes.h"
-#include "validation/PrimitiveRestrictions.h"
-#include "validation/WhitespaceUtils.h"
+#include "ParentElementInfo.h"
+#include "../../foundation/QvTypes.h"
+#include "../../validation/PrimitiveRestrictions.h"
+#include "../../validation/WhitespaceUtils.h"
 
 namespace QvXmlLib10 {
 class CXmlElement;

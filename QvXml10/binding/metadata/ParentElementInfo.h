@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "foundation/QvTypes.h"
+#include "../../foundation/QvTypes.h"
 
 namespace QvXmlLib10Data {
 

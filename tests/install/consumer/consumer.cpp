@@ -1,5 +1,5 @@
 // A program outside the project that uses the installed library through its umbrella header.
-#include <QvXml10.h>
+#include <QvXml10/QvXml10.h>
 
 #include <cstdio>
 
