@@ -19,6 +19,8 @@
 #include "document/XmlTextWriter.h"
 
 #include "values/Conversions.h"
+#include "values/DateTimeSpan.h"
+#include "values/DateTime.h"
 #include "values/QvVariant.h"
 
 #include "validation/WhitespaceUtils.h"
