@@ -91,17 +91,13 @@ TEST(DateTimeTest, ParsesAndPrintsEachFormOrFailsWithItsMessage) {
         EXPECT_EQ(c.expected, ParseAndPrint(c.kind, c.text)) << c.kind << " " << c.text;
 }
 
-TEST(DateTimeTest, TheParserDecidesTheType) {
-    const struct {
-        const char* text;
-        DT::DTType type;
-    } cases[] = {{"2000", DT::DTType_gYear},  {"2000-05", DT::DTType_gYearMonth}, {"2000-05-06", DT::DTType_date},
-                 {"--05", DT::DTType_gMonth}, {"--05-06", DT::DTType_gMonthDay},  {"---06", DT::DTType_gDay}};
-    for (const auto& c : cases) {
-        DT value;
-        value.ParseXSDDate(c.text);
-        EXPECT_EQ(c.type, value.GetType()) << c.text;
-    }
+TEST(DateTimeTest, CalendarHelpers) {
+    // Single precision: 2^24 + 1 is not representable.
+    EXPECT_EQ(16777216, GetQuotient(16777217, 1));
+    EXPECT_EQ(1, GetModulo(16777217, 1));
+    EXPECT_EQ(-1, GetQuotient(-1, 12));
+    EXPECT_EQ(11, GetModulo(-1, 12));
+    EXPECT_TRUE(IsLeapYear(-4) && IsLeapYear(-400) && IsLeapYear(0) && !IsLeapYear(-100));
 }
 
 TEST(DateTimeTest, FailuresOfStateAndValueCarryTheirTexts) {
@@ -202,6 +198,11 @@ TEST(DateTimeTest, ArithmeticNeitherClampsNorSkipsYearZero) {
     EXPECT_EQ("P", (DT(2000, 1, 1) - DT(1999, 1, 1)).ToString());
     EXPECT_EQ("2000-01-01T12:00:00+00:00", Parsed("2000-01-01T17:30:00+05:30").GetNormalized().ToString());
     EXPECT_EQ("2000-01-01T12:00:00Z", Parsed("2000-01-01T12:00:00Z").GetNormalized().ToString());
+    EXPECT_EQ("2000-01-01T11:30:00+00:00", Parsed("2000-01-01T12:00:00-00:30").GetNormalized().ToString());
+    // The month of a time takes part in the arithmetic too: 0 - 1 wraps to December of year -1.
+    DT time = Parsed("10:00:00");
+    time += Span("PT1H");
+    ExpectFailure<CQvInvalidValueException>([&] { time.Validate(); }, "Invalid Month [12] for type time");
 }
 
 TEST(DateTimeTest, PartialOrderAcrossZonesAndTypes) {
