@@ -772,8 +772,8 @@ void CDateTime::AddDateTimeSpan(const CDateTimeSpan& span) {
 
     long long t = Wrapped(m_nMonth + Signed(span.GetMonths(), negative) - 1);
     m_nMonth = static_cast<unsigned char>(GetModulo(t, 12) + 1);
-    short year =
-        static_cast<short>(m_nYear + GetQuotient(t, 12) + static_cast<long long>(Signed(span.GetYears(), negative)));
+    short year = static_cast<short>(static_cast<long long>(m_nYear) + GetQuotient(t, 12) +
+                                    static_cast<long long>(Signed(span.GetYears(), negative)));
 
     // Each field takes its amount and the carry of the field below it.
     long long carry = 0;
@@ -809,7 +809,7 @@ void CDateTime::AddDateTimeSpan(const CDateTimeSpan& span) {
                 }
                 if (d == 0) break;
             }
-            if (day - 1 < -d) {
+            if (d < 1 - day) { // day - 1 < -d, without negating d
                 d += day;
                 --month;
                 if (month < 1 || month > 12) {
@@ -831,8 +831,8 @@ void CDateTime::AddDateTimeSpan(const CDateTimeSpan& span) {
                 if (d == 0) break;
             }
             const int length = MonthLength(month, year);
-            if (day + d > length) {
-                d = d + day - 1 - length;
+            if (d > length - day) { // day + d > length, without overflow
+                d -= length - day + 1;
                 day = 1;
                 if (++month > 12) {
                     month = 1;

@@ -41,6 +41,23 @@ std::string ParseAndPrint(char kind, const char* text) {
     }
 }
 
+DT Parsed(const char* text) {
+    DT value;
+    if (std::strchr(text, 'T') != nullptr)
+        value.ParseXSDDateTime(text);
+    else if (text[2] == ':')
+        value.ParseXSDTime(text);
+    else
+        value.ParseXSDDate(text);
+    return value;
+}
+
+CDateTimeSpan Span(const char* text) {
+    CDateTimeSpan span;
+    span.ParseXSDDuration(text);
+    return span;
+}
+
 TEST(DateTimeTest, ParsesAndPrintsEachFormOrFailsWithItsMessage) {
     const char kDay[] = "!Invalid Day [29] (1 <= day <= days in month";
     const struct {
@@ -112,6 +129,10 @@ TEST(DateTimeTest, FailuresOfStateAndValueCarryTheirTexts) {
     ExpectFailure<State>([&] { DT(DT::DTType_gDay).GetDayOfYear(); },
                          "Failed to GetDayOfYear. Invalid Date Type: gDay.");
     ExpectFailure<State>([&] { date.GetZoneHour(); }, "TimeZone is not been used");
+    EXPECT_EQ(0, Parsed("2000-01-01Z").GetZoneHour());
+    DT noMonth(date);
+    noMonth.SetMonth(0);
+    ExpectFailure<Value>([&] { noMonth.GetDayOfYear(); }, "Invalid Month [0] (1 <= month <= 12)");
     ExpectFailure<Value>([&] { DT(date).SetTimeZone(-24, 0); }, "Invalid TimeZone [-24:0]");
     ExpectFailure<Value>([&] { DT(DT::DTType_time).GetTime(); },
                          "Failed to GetTime, Date Status must be dateTime or date. Invalid Date Type: time.");
@@ -149,23 +170,6 @@ TEST(DateTimeTest, FormatsOtherThanSortable) {
     EXPECT_EQ(".120000005", ToFracString(120, 0, 5));
     EXPECT_EQ(".00001", ToFracString(0, 10, 0));
     EXPECT_EQ("", ToFracString(0, 0, 0));
-}
-
-DT Parsed(const char* text) {
-    DT value;
-    if (std::strchr(text, 'T') != nullptr)
-        value.ParseXSDDateTime(text);
-    else if (text[2] == ':')
-        value.ParseXSDTime(text);
-    else
-        value.ParseXSDDate(text);
-    return value;
-}
-
-CDateTimeSpan Span(const char* text) {
-    CDateTimeSpan span;
-    span.ParseXSDDuration(text);
-    return span;
 }
 
 TEST(DateTimeTest, ArithmeticNeitherClampsNorSkipsYearZero) {
@@ -232,6 +236,23 @@ TEST(DateTimeTest, PartialOrderAcrossZonesAndTypes) {
     // The month of the second operand is read from the first one.
     ExpectFailure<CQvInvalidStateException>([] { Compare(Parsed("---05"), Parsed("--05-05")); },
                                             "Failed to GetMonth. Invalid Date Type: gDay.");
+}
+
+// Any span on any date ends, whatever the counts (the walk over days skips whole rounds).
+TEST(DateTimeTest, ArithmeticWithExtremeCountsEnds) {
+    std::mt19937_64 random(3);
+    const unsigned long long extremes[] = {0, 1, 0x7fffffffULL, 0x80000000ULL, ~0ULL, 1ULL << 63, (1ULL << 63) - 1};
+    auto count = [&] { return random() % 2 ? extremes[random() % 7] : random(); };
+    for (int i = 0; i < 2000; ++i) {
+        CDateTimeSpan span(static_cast<unsigned short>(count()), count(), count(), count(), count(), count(),
+                           static_cast<unsigned short>(count()), static_cast<unsigned short>(count()),
+                           static_cast<unsigned short>(count()));
+        if (random() % 2) span.Negate();
+        DT value = Parsed(i % 2 ? "-9999-12-31T23:59:59.999999999-23:59" : "---31");
+        value += span;
+        value -= span;
+        EXPECT_NO_THROW(value.GetNormalized());
+    }
 }
 
 // Independent calendar: days since 1970-01-01 of a proleptic Gregorian date, year 0
