@@ -102,8 +102,8 @@ TEST(DateTimeSpanTest, OrderThroughTheFourReferenceDates) {
     EXPECT_TRUE(Span("P1D") < Span("P2D") && Span("P2D") > Span("P1D"));
 }
 
-// Random and mutated texts give a span that prints and reads back the same, or the
-// specified exception.
+// Random and mutated texts give a span that prints and reads back the same, or a
+// CQvInvalidValueException.
 TEST(DateTimeSpanTest, BadTextGivesAValueOrTheInvalidValueException) {
     const std::string seeds[] = {"P1Y2M3DT4H5M6.789S", "-PT0.123456789S", "P2147483648M", "PT1.", "P1M2Y"};
     const char alphabet[] = "0123456789-.PYMDTHS";
