@@ -20,6 +20,8 @@
 
 #include "values/Conversions.h"
 #include "values/QvVariant.h"
+#include "values/BigInteger.h"
+#include "values/Decimal.h"
 
 #include "validation/WhitespaceUtils.h"
 #include "validation/RegEx.h"
