@@ -35,6 +35,8 @@ void CollectDigits(const char* text, size_t begin, size_t end, size_t count, Dig
 
 } // namespace
 
+const int CDecimal::m_maxDivider;
+
 CDecimal::CDecimal() : m_integer(0), m_fraction(0), m_nFractionalDivider(1) {}
 
 CDecimal::CDecimal(int value) : m_integer(value), m_fraction(0), m_nFractionalDivider(1) {}
