@@ -19,9 +19,9 @@ using namespace QvXmlBench;
 
 namespace {
 
-const char* const kTypical[] = {"123456789.123456789", "-98765432.10987654", "4503599627.37049612",
+const char* const kTypical[] = {"123456789.123456789",  "-98765432.10987654",   "4503599627.37049612",
                                 "0.123456789012345678", "-271828182845.904523", "31415926.5358979323",
-                                "100000000.000000001", "-1.41421356237309504"};
+                                "100000000.000000001",  "-1.41421356237309504"};
 constexpr size_t kTypicalCount = sizeof kTypical / sizeof kTypical[0];
 
 void BM_StrtodSnprintf18(benchmark::State& state) {
@@ -67,24 +67,23 @@ void BM_IntegerParsePrintDigits(benchmark::State& state) {
 }
 BENCHMARK(BM_IntegerParsePrintDigits)->Arg(10)->Arg(100)->Arg(1000)->Arg(10000);
 
-const bool registered = (AddReport([] {
-                             auto& t = Timings();
-                             if (!t.count("BM_StrtodSnprintf18") || !t.count("BM_DecimalParsePrint18")) return;
-                             std::printf("Parsing and printing an 18-digit decimal against strtod plus "
-                                         "snprintf(\"%%.17g\") of the same text:\n");
-                             std::printf("  CDecimal costs %.2f x the baseline (target at most 3)\n",
-                                         t["BM_DecimalParsePrint18"] / t["BM_StrtodSnprintf18"]);
-                             for (const char* kind : {"Decimal", "Integer"}) {
-                                 std::printf("%s parse and print by length (time per digit stays flat):\n", kind);
-                                 for (int n : {10, 100, 1000, 10000}) {
-                                     const std::string name =
-                                         std::string("BM_") + kind + "ParsePrintDigits/" + std::to_string(n);
-                                     if (!t.count(name)) continue;
-                                     std::printf("  %5d digits: %9.0f ns, %6.2f ns per digit\n", n, t[name] * 1e9,
-                                                 t[name] * 1e9 / n);
-                                 }
-                             }
-                         }),
-                         true);
+const bool registered =
+    (AddReport([] {
+         auto& t = Timings();
+         if (!t.count("BM_StrtodSnprintf18") || !t.count("BM_DecimalParsePrint18")) return;
+         std::printf("Parsing and printing an 18-digit decimal against strtod plus "
+                     "snprintf(\"%%.17g\") of the same text:\n");
+         std::printf("  CDecimal costs %.2f x the baseline (target at most 3)\n",
+                     t["BM_DecimalParsePrint18"] / t["BM_StrtodSnprintf18"]);
+         for (const char* kind : {"Decimal", "Integer"}) {
+             std::printf("%s parse and print by length (time per digit stays flat):\n", kind);
+             for (int n : {10, 100, 1000, 10000}) {
+                 const std::string name = std::string("BM_") + kind + "ParsePrintDigits/" + std::to_string(n);
+                 if (!t.count(name)) continue;
+                 std::printf("  %5d digits: %9.0f ns, %6.2f ns per digit\n", n, t[name] * 1e9, t[name] * 1e9 / n);
+             }
+         }
+     }),
+     true);
 
 } // namespace
