@@ -22,6 +22,8 @@
 #include "values/DateTimeSpan.h"
 #include "values/DateTime.h"
 #include "values/QvVariant.h"
+#include "values/BigInteger.h"
+#include "values/Decimal.h"
 
 #include "validation/WhitespaceUtils.h"
 #include "validation/RegEx.h"
