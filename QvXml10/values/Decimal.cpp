@@ -118,6 +118,11 @@ void CDecimal::Parse(const char* text) {
     *this = std::move(value);
 }
 
+namespace {
+// Longest text of a value with a fraction: a buffer of 1,024 bytes with its terminator.
+constexpr size_t kMaxFractionTextLength = 1023;
+}  // namespace
+
 std::string CDecimal::ToString() const {
     if (m_fraction.IsZero()) return m_integer.ToString();
     const Digits& integer = m_integer.m_digits;
@@ -134,6 +139,9 @@ std::string CDecimal::ToString() const {
     text.append(pad, '0');
     for (size_t i = fraction.size(); i-- > 0;)
         text.push_back(static_cast<char>('0' + fraction[i]));
+    // The text of a value with a fraction is printed into 1,024 bytes and cut there;
+    // callers rely on that bound.
+    if (text.size() > kMaxFractionTextLength) text.resize(kMaxFractionTextLength);
     return text;
 }
 
