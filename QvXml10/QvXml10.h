@@ -11,6 +11,7 @@
 #include "foundation/Base64.h"
 #include "foundation/Streams.h"
 #include "foundation/Utilities.h"
+#include "foundation/QvZip.h"
 
 #include "document/NamespaceAliasMap.h"
 #include "document/XmlDocument.h"

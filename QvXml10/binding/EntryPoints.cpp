@@ -5,6 +5,8 @@
 #include "binding/XmlObjectBase.h"
 
 #include "document/XmlTextWriter.h"
+#include "foundation/QvException.h"
+#include "foundation/QvZip.h"
 #include "foundation/Streams.h"
 
 namespace QvXmlLib10 {
@@ -26,6 +28,18 @@ void WriteDocument(const CXmlObjectBase& object, CXmlTextWriter& writer, bool de
     writer.Close();
 }
 
+// Compression of a finished document in memory, shared by the stream entry points.
+CBinaryData CompressOutput(CBinaryData bytes, CompressionType compression) {
+    if (compression != CompressionType_None) CQvZip().CompressData(bytes, compression);
+    return bytes;
+}
+
+// The file entry points refuse zlib ahead of everything else, the version check included.
+void RefuseZLibForFile(CompressionType compression) {
+    if (compression == CompressionType_ZLib)
+        throw CQvException("ZLIB Compression only available for To Stream methods.");
+}
+
 } // namespace
 
 void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CXmlSerializationContext& context) {
@@ -43,17 +57,18 @@ std::string CXmlObjectBase::ToXml(bool declaration, bool format, EOLType eol,
 }
 
 CBinaryData CXmlObjectBase::ToXmlStream(bool declaration, bool format, XmlEncoding encoding, EOLType eol,
-                                        const CXmlSerializationContext& context,
-                                        CompressionType /*compression*/) const {
+                                        const CXmlSerializationContext& context, CompressionType compression) const {
     CheckVersion();
     CTextStream stream(encoding);
     CXmlTextWriter writer(stream);
     WriteDocument(*this, writer, declaration, format, eol, context);
-    return stream.GetEncodedStream();
+    return CompressOutput(stream.GetEncodedStream(), compression);
 }
 
 void CXmlObjectBase::ToXmlFile(const char* path, bool declaration, bool format, XmlEncoding encoding, EOLType eol,
                                const CXmlSerializationContext& context, CompressionType compression) const {
+    RefuseZLibForFile(compression);
+    // A compressed file is always built in memory through ToXmlStream.
     if (ASYNC_TOXMLFILE && compression == CompressionType_None) {
         // Streams through a file text sink, which refuses to flush text: this route
         // fails at the first flush (kept for compatibility).

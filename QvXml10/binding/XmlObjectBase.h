@@ -80,7 +80,8 @@ public:
     virtual CXmlObjectBase* GetBase() = 0;
     CXmlObjectBase* GetBase() const;
 
-    // Text output entry points. Compression is accepted; the bytes are not compressed yet.
+    // Text output entry points. ToXmlStream compresses the finished bytes in gzip or zlib form;
+    // ToXmlFile takes gzip only.
     virtual void ToXmlFile(const char* path, bool declaration = true, bool format = true,
                            XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
                            const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,

@@ -3,6 +3,7 @@
 #include "binding/XmlSerializationContext.h"
 #include "document/ExpatReader.h"
 #include "foundation/QvException.h"
+#include "foundation/QvZip.h"
 
 #include <algorithm>
 #include <cstring>
@@ -587,7 +588,18 @@ void CXmlDocument::Load(const char* path) {
     Parse();
 }
 
-void CXmlDocument::Parse() { ParseText(); }
+void CXmlDocument::Parse() {
+    // A complete gzip or zlib stream is replaced by its content; other bytes stay as they are.
+    unsigned char* data = m_pData.get();
+    unsigned long length = static_cast<unsigned long>(m_dataLength);
+    CQvZip().Decompress(&data, &length);
+    if (data != m_pData.get()) {
+        (void)m_pData.release(); // freed by Decompress
+        m_pData.reset(data);
+        m_dataLength = length;
+    }
+    ParseText();
+}
 
 void CXmlDocument::ParseText() {
     CExpatReader reader(*this);
