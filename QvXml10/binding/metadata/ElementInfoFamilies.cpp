@@ -15,6 +15,10 @@
 #include "foundation/QvException.h"
 #include "validation/XmlObjectHelper.h"
 #include "values/QvVariant.h"
+#include "internal/Constants.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 using namespace QvXmlLib10;
 
@@ -45,7 +49,7 @@ CXmlElement* NextOf(const CXmlElement* element) { return element->GetNextSibling
 // true nor false, throws.
 bool HasValue(const CElementInfo& info, const CXmlElement* element) {
     static const std::string nilName("nil");
-    static const std::string xsiNamespace("http://www.w3.org/2001/XMLSchema-instance");
+    static const std::string xsiNamespace(QvXmlLib10::Internal::kXsiNamespace);
     const std::string& nil = element->GetAttribute(nilName, xsiNamespace);
     if (nil.empty() || EqualsNoCase(nil, "false") || EqualsNoCase(nil, "0")) return true;
     if (!info.m_nillable) {
@@ -525,9 +529,8 @@ void CElementInfoSeqAbsClsCol::PseudoChildAttributeToXml(const CXmlSerialization
 
 CElementInfoSeqUntpdMnd::CElementInfoSeqUntpdMnd(const char* elementName, const char* namespaceUri, int propertyIndex,
                                                  const char* namespaceRestriction, const char* targetNamespace)
-    : CElementInfoSeq(elementName, namespaceUri, propertyIndex),
-      m_namespaceRestriction(namespaceRestriction != nullptr ? namespaceRestriction : ""),
-      m_targetNamespace(targetNamespace != nullptr ? targetNamespace : "") {}
+    : CElementInfoSeq(elementName, namespaceUri, propertyIndex), m_namespaceRestriction(OrEmpty(namespaceRestriction)),
+      m_targetNamespace(OrEmpty(targetNamespace)) {}
 
 bool CElementInfoSeqUntpdMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
                                            CXmlWriter* writer) const {
@@ -550,9 +553,8 @@ bool CElementInfoSeqUntpdMnd::ElementFromXml(const CXmlSerializationContext& con
 
 CElementInfoSeqUntpdOpt::CElementInfoSeqUntpdOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                                                  const char* namespaceRestriction, const char* targetNamespace)
-    : CElementInfoSeq(elementName, namespaceUri, propertyIndex),
-      m_namespaceRestriction(namespaceRestriction != nullptr ? namespaceRestriction : ""),
-      m_targetNamespace(targetNamespace != nullptr ? targetNamespace : "") {}
+    : CElementInfoSeq(elementName, namespaceUri, propertyIndex), m_namespaceRestriction(OrEmpty(namespaceRestriction)),
+      m_targetNamespace(OrEmpty(targetNamespace)) {}
 
 bool CElementInfoSeqUntpdOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
                                            CXmlWriter* writer) const {
@@ -873,9 +875,8 @@ void CElementInfoAllAbsClsCol::PseudoChildAttributeToXml(const CXmlSerialization
 
 CElementInfoAllUntpdMnd::CElementInfoAllUntpdMnd(const char* elementName, const char* namespaceUri, int propertyIndex,
                                                  const char* namespaceRestriction, const char* targetNamespace)
-    : CElementInfoAll(elementName, namespaceUri, propertyIndex),
-      m_namespaceRestriction(namespaceRestriction != nullptr ? namespaceRestriction : ""),
-      m_targetNamespace(targetNamespace != nullptr ? targetNamespace : "") {}
+    : CElementInfoAll(elementName, namespaceUri, propertyIndex), m_namespaceRestriction(OrEmpty(namespaceRestriction)),
+      m_targetNamespace(OrEmpty(targetNamespace)) {}
 
 bool CElementInfoAllUntpdMnd::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
                                            CXmlWriter* writer) const {
@@ -899,9 +900,8 @@ bool CElementInfoAllUntpdMnd::Validate(const CXmlSerializationContext& /*context
 
 CElementInfoAllUntpdOpt::CElementInfoAllUntpdOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                                                  const char* namespaceRestriction, const char* targetNamespace)
-    : CElementInfoAll(elementName, namespaceUri, propertyIndex),
-      m_namespaceRestriction(namespaceRestriction != nullptr ? namespaceRestriction : ""),
-      m_targetNamespace(targetNamespace != nullptr ? targetNamespace : "") {}
+    : CElementInfoAll(elementName, namespaceUri, propertyIndex), m_namespaceRestriction(OrEmpty(namespaceRestriction)),
+      m_targetNamespace(OrEmpty(targetNamespace)) {}
 
 bool CElementInfoAllUntpdOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
                                            CXmlWriter* writer) const {
@@ -1083,8 +1083,7 @@ CElementInfoChoiceUntpdOpt::CElementInfoChoiceUntpdOpt(const char* elementName, 
                                                        int propertyIndex, const char* namespaceRestriction,
                                                        const char* targetNamespace)
     : CElementInfoChoice(elementName, namespaceUri, propertyIndex),
-      m_namespaceRestriction(namespaceRestriction != nullptr ? namespaceRestriction : ""),
-      m_targetNamespace(targetNamespace != nullptr ? targetNamespace : "") {}
+      m_namespaceRestriction(OrEmpty(namespaceRestriction)), m_targetNamespace(OrEmpty(targetNamespace)) {}
 
 bool CElementInfoChoiceUntpdOpt::ElementToXml(const CXmlSerializationContext& context, const CXmlGeneratedClass* object,
                                               CXmlWriter* writer) const {
