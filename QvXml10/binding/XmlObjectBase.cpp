@@ -135,6 +135,11 @@ void CXmlObjectBase::FromXmlStream(unsigned char* data, unsigned long length, co
     FromXml_Int(root, root->GetFirstElement(), context, false);
 }
 
+void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CXmlSerializationContext& context) {
+    // Not through the virtual table, and no version check of its own: the called form has one.
+    CXmlObjectBase::FromXmlStream(data.GetData(), data.GetLength(), context);
+}
+
 CXmlElement* CXmlObjectBase::FromXmlElement(const CXmlElement* element, const CXmlSerializationContext& context) {
     CheckVersion();
     CXmlElement* mutableElement = const_cast<CXmlElement*>(element);
