@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QvExport.h"
+
 #include "BinaryData.h"
 #include "CriticalSection.h"
 #include "QvTypes.h"
@@ -20,7 +22,7 @@ class CTextAppender;
 // Text buffer that grows by blocks, so that appending never moves what is
 // already there. Appending a byte is a compare and a store; the text is made
 // contiguous only when GetText is asked for it.
-class CStringBuffer : public CInstanceMonitor {
+class QVXML_API CStringBuffer : public CInstanceMonitor {
 public:
     CStringBuffer();
     // blockBytes counts the terminator: a block holds blockBytes - 1 characters.
@@ -74,7 +76,7 @@ private:
 
 // In-memory text sink of the writers. Text is in the local code page;
 // GetEncodedStream turns it into the bytes of the sink's encoding.
-class CTextStream : public CInstanceMonitor {
+class QVXML_API CTextStream : public CInstanceMonitor {
 public:
     CTextStream();
     explicit CTextStream(XmlEncoding encoding);
@@ -115,7 +117,7 @@ private:
 // the UTF-16 encodings). Flush writes the pending encoded bytes, which nothing
 // fills, so flushing non-empty text fails: text reaches a file through
 // CFileBinaryStream instead.
-class CFileTextStream : public CTextStream {
+class QVXML_API CFileTextStream : public CTextStream {
 public:
     CFileTextStream(const char* path, XmlEncoding encoding);
     // Closes a file that is still open, without flushing.
@@ -137,7 +139,7 @@ private:
 
 // Byte sink of the Fast Infoset writer. The data is shared with the
 // CBinaryData it is built on and with the copies it hands out.
-class CBinaryStream : public CInstanceMonitor {
+class QVXML_API CBinaryStream : public CInstanceMonitor {
 public:
     CBinaryStream();
     explicit CBinaryStream(CBinaryData& data);
@@ -157,7 +159,7 @@ protected:
 };
 
 // Stores bytes in a file, after the bytes FF FE for the UTF-16 encodings.
-class CFileBinaryStream : public CBinaryStream {
+class QVXML_API CFileBinaryStream : public CBinaryStream {
 public:
     CFileBinaryStream(const char* path, XmlEncoding encoding);
     CFileBinaryStream(const char* path, XmlEncoding encoding, CBinaryData& data);
