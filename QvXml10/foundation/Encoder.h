@@ -22,27 +22,30 @@ QVXML_API void ASCIIOnly(bool asciiOnly);
 // written before the fault. Writing also stops when the destination is full.
 // A code point above U+10FFFF becomes U+FFFD in UTF-8 and UTF-32 output and is
 // refused in UTF-16 output.
-QVXML_API unsigned long ConvertUTF32toUTF16(const uint32_t* sourceStart, const uint32_t* sourceEnd, uint16_t* targetStart,
-                                  uint16_t* targetEnd);
-QVXML_API unsigned long ConvertUTF16toUTF32(const uint16_t* sourceStart, const uint16_t* sourceEnd, uint32_t* targetStart,
-                                  uint32_t* targetEnd);
-QVXML_API unsigned long ConvertUTF16toUTF8(const uint16_t* sourceStart, const uint16_t* sourceEnd, unsigned char* targetStart,
-                                 unsigned char* targetEnd);
+QVXML_API unsigned long ConvertUTF32toUTF16(const uint32_t* sourceStart, const uint32_t* sourceEnd,
+                                            uint16_t* targetStart, uint16_t* targetEnd);
+QVXML_API unsigned long ConvertUTF16toUTF32(const uint16_t* sourceStart, const uint16_t* sourceEnd,
+                                            uint32_t* targetStart, uint32_t* targetEnd);
+QVXML_API unsigned long ConvertUTF16toUTF8(const uint16_t* sourceStart, const uint16_t* sourceEnd,
+                                           unsigned char* targetStart, unsigned char* targetEnd);
 QVXML_API unsigned long ConvertUTF8toUTF16(const unsigned char* sourceStart, const unsigned char* sourceEnd,
-                                 uint16_t* targetStart, uint16_t* targetEnd);
-QVXML_API unsigned long ConvertUTF32toUTF8(const uint32_t* sourceStart, const uint32_t* sourceEnd, unsigned char* targetStart,
-                                 unsigned char* targetEnd);
+                                           uint16_t* targetStart, uint16_t* targetEnd);
+QVXML_API unsigned long ConvertUTF32toUTF8(const uint32_t* sourceStart, const uint32_t* sourceEnd,
+                                           unsigned char* targetStart, unsigned char* targetEnd);
 QVXML_API unsigned long ConvertUTF8toUTF32(const unsigned char* sourceStart, const unsigned char* sourceEnd,
-                                 uint32_t* targetStart, uint32_t* targetEnd);
+                                           uint32_t* targetStart, uint32_t* targetEnd);
 
 // Wrappers over the converters with a pointer and a count in units for each
 // side; a null destination measures. UTF-16 is in the machine's byte order.
 QVXML_API unsigned long UTF8ToUnicode(unsigned char* utf8, unsigned long length, wchar_t* out, unsigned long outLength);
-QVXML_API unsigned long UnicodeToUTF8(const wchar_t* text, unsigned long length, unsigned char* out, unsigned long outLength);
+QVXML_API unsigned long UnicodeToUTF8(const wchar_t* text, unsigned long length, unsigned char* out,
+                                      unsigned long outLength);
 // length counts 16-bit units.
-QVXML_API unsigned long UTF16ToUnicode(unsigned char* utf16, unsigned long length, wchar_t* out, unsigned long outLength);
+QVXML_API unsigned long UTF16ToUnicode(unsigned char* utf16, unsigned long length, wchar_t* out,
+                                       unsigned long outLength);
 // outLength counts 16-bit units.
-QVXML_API unsigned long UnicodeToUTF16(const wchar_t* text, unsigned long length, unsigned char* out, unsigned long outLength);
+QVXML_API unsigned long UnicodeToUTF16(const wchar_t* text, unsigned long length, unsigned char* out,
+                                       unsigned long outLength);
 
 // True if any of the characters is 128 or above.
 QVXML_API bool DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(const wchar_t* text, int length);

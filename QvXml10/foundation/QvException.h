@@ -34,7 +34,7 @@ protected:
 };
 
 #define QVXML_DECLARE_EXCEPTION(Name, Base)                                                                            \
-    class QVXML_API Name : public Base {                                                                                         \
+    class QVXML_API Name : public Base {                                                                               \
     public:                                                                                                            \
         Name();                                                                                                        \
         Name(const std::string& message);                                                                              \

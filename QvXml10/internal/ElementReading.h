@@ -23,8 +23,8 @@ namespace Internal {
 
 using QvXmlLib10Data::CElementInfo;
 using QvXmlLib10Data::XmlElementType;
-using QvXmlLib10Data::XmlElementType_Pseudo;
 using QvXmlLib10Data::XmlElementType_Element;
+using QvXmlLib10Data::XmlElementType_Pseudo;
 
 // The element name of untyped members that accepts any local name.
 inline constexpr const char kAnyElement[] = "AnyElement";

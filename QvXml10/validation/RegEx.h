@@ -23,7 +23,7 @@ class CPatternCache;
 // the same text, and otherwise compiles it and keeps it there. The facet checks keep
 // one slot per set of facets, so that a pattern is compiled once, not once per value.
 QVXML_API bool TestRegExReusing(const std::string& utf8Pattern, const std::string& value,
-                      std::shared_ptr<const CPatternCache>& slot);
+                                std::shared_ptr<const CPatternCache>& slot);
 } // namespace Internal
 
 } // namespace QvXmlLib10
