@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <string>
 
 namespace QvXmlLib10 {
@@ -10,7 +12,7 @@ class CXmlElement;
 // reading an element's xsi:type attribute; which class answers to which type or
 // element name is the generated factory's decision, handed to the metadata as
 // creation functions.
-class CClassfactoryBase {
+class QVXML_API CClassfactoryBase {
 public:
     CClassfactoryBase();
     virtual ~CClassfactoryBase();

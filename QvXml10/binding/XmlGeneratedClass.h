@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <string>
 
 #include "XmlObjectBase.h"
@@ -25,7 +27,7 @@ class QvVariant;
 //
 // Failures of any step are wrapped in a CQvValidationException naming the element, so
 // that GetFullMessage shows the path from the root to the failing element.
-class CXmlGeneratedClass : public CXmlObjectBase {
+class QVXML_API CXmlGeneratedClass : public CXmlObjectBase {
 public:
     CXmlGeneratedClass();
     ~CXmlGeneratedClass() override;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include "SmartPtr.h"
 #include "XmlSerializationContext.h"
 #include "../foundation/BinaryData.h"
@@ -21,7 +23,7 @@ class CXmlElement;
 class CXmlWriter;
 
 // Receives the events of collections.
-class IEventSink {
+class QVXML_API IEventSink {
 public:
     enum MsgType : int32_t {
         MsgType_Change = 0,
@@ -38,7 +40,7 @@ protected:
 };
 
 // Implemented by objects that can be nil in XML.
-class INillable {
+class QVXML_API INillable {
 public:
     virtual bool GetIsNil() = 0;
     virtual void SetIsNil(bool isNil) = 0;
@@ -48,23 +50,23 @@ protected:
 };
 
 // The generator's version, set by SetGeneratorVersion; 10.1 matches this runtime.
-extern int g_nMajor;
-extern int g_nMinor;
+extern QVXML_API int g_nMajor;
+extern QVXML_API int g_nMinor;
 
 // Declares the version of the generated code. Call before the first object is created.
-void SetGeneratorVersion(int major, int minor);
+QVXML_API void SetGeneratorVersion(int major, int minor);
 
 // Selects the streaming route of ToXmlFile (a file text sink); see ToXmlFile.
-void AsyncToXmlFile(bool async);
-extern bool ASYNC_TOXMLFILE;
+QVXML_API void AsyncToXmlFile(bool async);
+extern QVXML_API bool ASYNC_TOXMLFILE;
 
 // Accepted for compatibility; reading from a file is always synchronous.
-void AsyncFromXmlFile(bool async);
-extern bool ASYNC_FROMXMLFILE;
+QVXML_API void AsyncFromXmlFile(bool async);
+extern QVXML_API bool ASYNC_FROMXMLFILE;
 
 // Root of everything that binds to XML. Reference counted: a new object has count 0
 // and is deleted by the Release that brings the count back to 0.
-class CXmlObjectBase : public IEventSink {
+class QVXML_API CXmlObjectBase : public IEventSink {
 public:
     CXmlObjectBase();
     CXmlObjectBase(const CXmlObjectBase& other);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include "SmartPtr.h"
 #include "../document/NamespaceAliasMap.h"
 #include "../foundation/QvTypes.h"
@@ -14,7 +16,7 @@ class CAttributeCol;
 // The settings of one conversion. Travels by const reference through every reading
 // and writing call; decides nothing itself except that two ignore settings exclude
 // each other.
-class CXmlSerializationContext {
+class QVXML_API CXmlSerializationContext {
 public:
     CXmlSerializationContext();
     CXmlSerializationContext(const CXmlSerializationContext& other);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <string>
 
 #include "../binding/SmartPtr.h"
@@ -34,7 +36,7 @@ private:
 
 // One attribute of open content (what a schema's anyAttribute admits): a name, a value
 // and a namespace. It is read and written through its collection.
-class CAttribute : public CXmlObjectBase, public CInstanceMonitor {
+class QVXML_API CAttribute : public CXmlObjectBase, public CInstanceMonitor {
 public:
     // Null texts count as empty.
     CAttribute(const char* name, const char* value, const char* namespaceUri);
@@ -73,7 +75,7 @@ private:
 // The attributes of open content, each in a namespace that the collection's
 // restriction ("##any", "##other", "##local", "##targetNamespace" or a list of URIs)
 // admits.
-class CAttributeCol : public CXmlCollection, public CInstanceMonitor {
+class QVXML_API CAttributeCol : public CXmlCollection, public CInstanceMonitor {
 public:
     typedef Internal::CNodeIterator<CAttribute> iterator;
 
@@ -119,7 +121,7 @@ private:
 
 // The elements of open content (what a schema's any element admits). The occurrence
 // bounds given at construction are not kept, so the count check never fails.
-class CElementCol : public CXmlCollection, public CInstanceMonitor {
+class QVXML_API CElementCol : public CXmlCollection, public CInstanceMonitor {
 public:
     typedef Internal::CNodeIterator<CElement> iterator;
 

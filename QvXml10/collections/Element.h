@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <string>
 
 #include "../binding/SmartPtr.h"
@@ -16,7 +18,7 @@ namespace QvXmlLib10 {
 //
 // An element can also be built from any bound object, by way of XML text, and
 // CXmlObjectBase::FromXmlElement reads a bound object back from one.
-class CElement : public CXmlObjectBase, public CInstanceMonitor {
+class QVXML_API CElement : public CXmlObjectBase, public CInstanceMonitor {
 public:
     // Throws CQvInvalidNamespaceException for a null name, restriction or target
     // namespace, and for a namespace the restriction refuses. A null namespace counts

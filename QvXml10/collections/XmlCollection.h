@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -14,7 +16,7 @@ namespace QvXmlLib10 {
 // Frame of all collections: the items' element name (the object's own element name)
 // and namespace, the occurrence bounds and the change listeners. A collection is a
 // bound object itself and stands wherever an object can.
-class CXmlCollectionBase : public CXmlObjectBase {
+class QVXML_API CXmlCollectionBase : public CXmlObjectBase {
 public:
     // No name or namespace, bounds 0 and unbounded.
     CXmlCollectionBase();
@@ -58,7 +60,7 @@ protected:
 
 // A collection of bound objects in a doubly linked list. Each item holds one
 // reference, so an item can live in several collections at once.
-class CXmlCollection : public CXmlCollectionBase {
+class QVXML_API CXmlCollection : public CXmlCollectionBase {
 public:
     struct CNode {
         CXmlObjectBase* m_pItem; // one counted reference
@@ -115,7 +117,7 @@ private:
 
 // Frame of the collections of primitive values: the facets, the kind, the output
 // format and the whitespace rule of the values. The derived classes hold the values.
-class CXmlTypeCollection : public CXmlCollectionBase {
+class QVXML_API CXmlTypeCollection : public CXmlCollectionBase {
 public:
     // The restriction values come in the order of CPrimitiveRestrictions' fields; a
     // null format counts as empty.

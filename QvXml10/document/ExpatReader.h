@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include "../foundation/CriticalSection.h"
 
 #include <cstddef>
@@ -18,7 +20,7 @@ class CXmlElement;
 
 // Adapts the expat parser to the document tree for one parse of the document's raw
 // data, which goes to expat in a single call.
-class CExpatReader : public CInstanceMonitor {
+class QVXML_API CExpatReader : public CInstanceMonitor {
 public:
     explicit CExpatReader(CXmlDocument& document);
     ~CExpatReader() override;

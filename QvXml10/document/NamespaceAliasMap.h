@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <map>
 #include <string>
 
@@ -8,7 +10,7 @@ namespace QvXmlLib10 {
 // The prefixes that output should use, by namespace URI. Entries are kept in byte
 // order of the URI; that order is the one of GetNamespaceAt and of the declarations
 // on the root element.
-class CNamespaceAliasMap {
+class QVXML_API CNamespaceAliasMap {
 public:
     CNamespaceAliasMap();
     CNamespaceAliasMap(const CNamespaceAliasMap& other);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include "../foundation/CriticalSection.h"
 #include "../foundation/QvTypes.h"
 
@@ -21,7 +23,7 @@ class CFastInfosetReader;
 
 // The document tree of one load: built by a parser through the build operations,
 // read by the binding, destroyed with the document.
-class CXmlDocument : public CInstanceMonitor {
+class QVXML_API CXmlDocument : public CInstanceMonitor {
 public:
     // Called for each element when its end tag is read; returning true removes the
     // element from its parent (text input only).
@@ -109,7 +111,7 @@ private:
 };
 
 // An attribute of the document tree; immutable after construction.
-class CXmlAttribute : public CInstanceMonitor {
+class QVXML_API CXmlAttribute : public CInstanceMonitor {
 public:
     CXmlAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri);
     // An attribute made without a document owns its names.
@@ -144,7 +146,7 @@ private:
 
 // An element of the document tree: its names, attributes, the concatenated character
 // data directly inside it, and a singly linked list of children.
-class CXmlElement : public CInstanceMonitor {
+class QVXML_API CXmlElement : public CInstanceMonitor {
 public:
     explicit CXmlElement(const CXmlDocument* document);
     ~CXmlElement() override;
@@ -215,6 +217,6 @@ private:
 };
 
 // The length of an open file, with its position left as it was; -1 on failure.
-long _filelength(FILE* file);
+QVXML_API long _filelength(FILE* file);
 
 } // namespace QvXmlLib10

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <cstdint>
 #include <string>
 
@@ -13,7 +15,7 @@ class CTextStream;
 // Writes XML text into a CTextStream, which it does not own. Values arrive as
 // finished text, so the ItemType arguments are not looked at. The writer checks only
 // the call order of attributes, header directives and open elements at Close.
-class CXmlTextWriter : public CXmlWriter {
+class QVXML_API CXmlTextWriter : public CXmlWriter {
 public:
     explicit CXmlTextWriter(CTextStream& stream);
     ~CXmlTextWriter() override;

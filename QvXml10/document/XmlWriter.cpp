@@ -1,6 +1,9 @@
 #include "document/XmlWriter.h"
 
 #include "foundation/QvException.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
@@ -135,7 +138,7 @@ const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std
 }
 
 const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const char* namespaceUri) {
-    return (*m_pNamespaceMap)[namespaceUri != nullptr ? namespaceUri : ""];
+    return (*m_pNamespaceMap)[OrEmpty(namespaceUri)];
 }
 
 // ---------------------------------------------------------------------------

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -13,7 +15,7 @@ namespace QvXmlLib10 {
 // The event interface through which objects serialize themselves. The frame keeps
 // the stack of open elements and their namespace scopes and invents prefixes for
 // namespaces that have no alias; the concrete writers produce the output.
-class CXmlWriter : public CInstanceMonitor {
+class QVXML_API CXmlWriter : public CInstanceMonitor {
 public:
     // Namespace URI to alias.
     using NamespaceMap = std::map<std::string, std::string>;

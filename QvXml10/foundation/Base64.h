@@ -1,12 +1,14 @@
 #pragma once
 
+#include "QvExport.h"
+
 #include <string>
 
 namespace QvXmlLib10 {
 
 // Base64 codec (standard alphabet, "=" padding, no line breaks). An object
 // holds the bit state of one Encode or Decode call.
-class CBase64 {
+class QVXML_API CBase64 {
 public:
     CBase64();
     virtual ~CBase64();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QvExport.h"
+
 #include "CriticalSection.h"
 
 #include <cstdint>
@@ -11,7 +13,7 @@ namespace QvXmlLib10 {
 // Reference-counted byte buffer. Copies share one holder and separate at their
 // first change (copy on write); the holder's lock makes sharing and separating
 // safe across threads, while one CBinaryData object belongs to one thread.
-class CBinaryData {
+class QVXML_API CBinaryData {
 public:
     // The shared content: the bytes, their count and the number of sharers.
     class CDataHolder {

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "QvExport.h"
+
 #include <pthread.h>
 
 namespace QvXmlLib10 {
 
 // Label base class of most library classes. The label is the class's name; it is
 // accepted for compatibility and not stored.
-class CInstanceMonitor {
+class QVXML_API CInstanceMonitor {
 public:
     explicit CInstanceMonitor(const char* /*label*/) {}
     virtual ~CInstanceMonitor() = default;
@@ -14,7 +16,7 @@ public:
 
 // Non-recursive mutex. A copy is a new, unlocked mutex: the lock guards the
 // object that holds it and is never shared by copying.
-class CQVCriticalSection {
+class QVXML_API CQVCriticalSection {
 public:
     CQVCriticalSection();
     CQVCriticalSection(const CQVCriticalSection&);

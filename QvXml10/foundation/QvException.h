@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QvExport.h"
+
 #include <cstdarg>
 #include <string>
 
@@ -7,7 +9,7 @@ namespace QvXmlLib10 {
 
 // Root of the library's exception family. An exception carries its own text and,
 // optionally, a private copy of the exception that caused it. Thrown by value.
-class CQvException {
+class QVXML_API CQvException {
 public:
     CQvException();
     CQvException(const std::string& message);
@@ -32,7 +34,7 @@ protected:
 };
 
 #define QVXML_DECLARE_EXCEPTION(Name, Base)                                                                            \
-    class Name : public Base {                                                                                         \
+    class QVXML_API Name : public Base {                                                                               \
     public:                                                                                                            \
         Name();                                                                                                        \
         Name(const std::string& message);                                                                              \
@@ -54,8 +56,8 @@ QVXML_DECLARE_EXCEPTION(CQvOverFlowException, CQvException)
 #undef QVXML_DECLARE_EXCEPTION
 
 // printf-like formatting that measures the output before it formats (see FormatV).
-std::string FormatV(const char* format, va_list args);
-std::string FormatString(const char* format, ...)
+QVXML_API std::string FormatV(const char* format, va_list args);
+QVXML_API std::string FormatString(const char* format, ...)
 #if defined(__GNUC__)
     __attribute__((format(printf, 1, 2)))
 #endif

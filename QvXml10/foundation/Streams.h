@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QvExport.h"
+
 #include "BinaryData.h"
 #include "CriticalSection.h"
 #include "QvTypes.h"
@@ -20,7 +22,7 @@ class CTextAppender;
 // Text buffer that grows by blocks, so that appending never moves what is
 // already there. Appending a byte is a compare and a store; the text is made
 // contiguous only when GetText is asked for it.
-class CStringBuffer : public CInstanceMonitor {
+class QVXML_API CStringBuffer : public CInstanceMonitor {
 public:
     CStringBuffer();
     // blockBytes counts the terminator: a block holds blockBytes - 1 characters.
@@ -74,7 +76,7 @@ private:
 
 // In-memory text sink of the writers. Text is in the local code page;
 // GetEncodedStream turns it into the bytes of the sink's encoding.
-class CTextStream : public CInstanceMonitor {
+class QVXML_API CTextStream : public CInstanceMonitor {
 public:
     CTextStream();
     explicit CTextStream(XmlEncoding encoding);
@@ -115,7 +117,7 @@ private:
 // the UTF-16 encodings). Flush writes the pending encoded bytes, which nothing
 // fills, so flushing non-empty text fails: text reaches a file through
 // CFileBinaryStream instead.
-class CFileTextStream : public CTextStream {
+class QVXML_API CFileTextStream : public CTextStream {
 public:
     CFileTextStream(const char* path, XmlEncoding encoding);
     // Closes a file that is still open, without flushing.
@@ -137,7 +139,7 @@ private:
 
 // Byte sink of the Fast Infoset writer. The data is shared with the
 // CBinaryData it is built on and with the copies it hands out.
-class CBinaryStream : public CInstanceMonitor {
+class QVXML_API CBinaryStream : public CInstanceMonitor {
 public:
     CBinaryStream();
     explicit CBinaryStream(CBinaryData& data);
@@ -157,7 +159,7 @@ protected:
 };
 
 // Stores bytes in a file, after the bytes FF FE for the UTF-16 encodings.
-class CFileBinaryStream : public CBinaryStream {
+class QVXML_API CFileBinaryStream : public CBinaryStream {
 public:
     CFileBinaryStream(const char* path, XmlEncoding encoding);
     CFileBinaryStream(const char* path, XmlEncoding encoding, CBinaryData& data);
@@ -170,75 +172,5 @@ private:
     std::string m_fileName;
     XmlEncoding m_encoding;
 };
-
-namespace Internal {
-
-// Writes straight into the current block of a text sink's buffer, for the library's
-// own writers, which know the length of every piece they put. Not part of the public
-// interface. What has been put becomes part of the sink's text at Commit and at
-// destruction; in between, nothing else may use the sink.
-class CTextAppender {
-public:
-    explicit CTextAppender(CTextStream& stream)
-        : m_buffer(stream.m_buffer), m_pos(m_buffer.m_pCurrent + m_buffer.m_currentUsed),
-          m_end(m_buffer.m_pCurrent + m_buffer.m_currentCapacity) {}
-    ~CTextAppender() { Commit(); }
-    CTextAppender(const CTextAppender&) = delete;
-    CTextAppender& operator=(const CTextAppender&) = delete;
-
-    void Put(char c) {
-        if (m_pos == m_end) NextBlock();
-        *m_pos++ = c;
-    }
-    // length bytes as they stand, NULs included.
-    void Put(const char* data, size_t length) {
-        if (length <= static_cast<size_t>(m_end - m_pos)) {
-            if (length <= 16)
-                CopyShort(m_pos, data, length);
-            else
-                std::memcpy(m_pos, data, length);
-            m_pos += length;
-        } else {
-            PutAcrossBlocks(data, length);
-        }
-    }
-    void Commit() {
-        CStringBuffer& b = m_buffer;
-        const uint64_t added = static_cast<uint64_t>(m_pos - (b.m_pCurrent + b.m_currentUsed));
-        b.m_currentUsed += added;
-        b.m_length += added;
-    }
-
-private:
-    // Most pieces are a few bytes long: copied with overlapping word moves rather than
-    // a call.
-    static void CopyShort(char* to, const char* from, size_t length) {
-        if (length >= 8) {
-            uint64_t head, tail;
-            std::memcpy(&head, from, 8);
-            std::memcpy(&tail, from + length - 8, 8);
-            std::memcpy(to, &head, 8);
-            std::memcpy(to + length - 8, &tail, 8);
-        } else if (length >= 4) {
-            uint32_t head, tail;
-            std::memcpy(&head, from, 4);
-            std::memcpy(&tail, from + length - 4, 4);
-            std::memcpy(to, &head, 4);
-            std::memcpy(to + length - 4, &tail, 4);
-        } else if (length > 0) {
-            to[0] = from[0];
-            to[length / 2] = from[length / 2];
-            to[length - 1] = from[length - 1];
-        }
-    }
-    void NextBlock();
-    void PutAcrossBlocks(const char* data, size_t length);
-
-    CStringBuffer& m_buffer;
-    char* m_pos; // next free byte of the current block
-    char* m_end; // end of the current block's text capacity
-};
-
-} // namespace Internal
 
 } // namespace QvXmlLib10

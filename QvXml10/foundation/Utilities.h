@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QvExport.h"
+
 #include <string>
 
 namespace QvXmlLib10 {
@@ -9,17 +11,17 @@ namespace QvXmlLib10 {
 // is replaced too. A search that could never end (an empty `find`, or a `replacement`
 // that contains `find` while `text` does) throws CQvInvalidParamException instead,
 // leaving `text` as it was.
-void FindReplace(std::string& text, const std::string& find, const std::string& replacement);
-void FindReplace(std::wstring& text, const std::wstring& find, const std::wstring& replacement);
+QVXML_API void FindReplace(std::string& text, const std::string& find, const std::string& replacement);
+QVXML_API void FindReplace(std::wstring& text, const std::wstring& find, const std::wstring& replacement);
 
 // The decimal text of `value` in at least `width` digits, zero-padded; a minus sign
 // counts towards the width.
-std::string PadZero(int value, unsigned char width);
+QVXML_API std::string PadZero(int value, unsigned char width);
 
 // `text` without its trailing zeros; text of zeros only keeps its first character.
-std::string TrimTrainingZeros(std::string text);
+QVXML_API std::string TrimTrainingZeros(std::string text);
 
 // Upper-cases `text` in place with toupper and returns it; null gives null.
-char* strupr(char* text);
+QVXML_API char* strupr(char* text);
 
 } // namespace QvXmlLib10

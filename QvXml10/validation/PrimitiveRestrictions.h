@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -15,7 +17,7 @@ namespace QvXmlLib10 {
 // The XSD facets of one primitive item, as generated metadata declares them. A text
 // facet is not set when empty, a number when negative. Bounds stay in the lexical form
 // of the item's kind and are parsed by each check. Lengths count bytes.
-class CPrimitiveRestrictions {
+class QVXML_API CPrimitiveRestrictions {
 public:
     // Nothing set.
     CPrimitiveRestrictions();

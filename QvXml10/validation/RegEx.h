@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <memory>
 #include <string>
 
@@ -13,15 +15,15 @@ namespace QvXmlLib10 {
 //
 // Throws CQvException "Invalid Regular Expression: <value> Error: '<PCRE's text>'"
 // when PCRE refuses the rewritten pattern. The pattern is compiled on every call.
-bool TestRegEx(std::string pattern, std::string value);
+QVXML_API bool TestRegEx(std::string pattern, std::string value);
 
 namespace Internal {
 class CPatternCache;
 // As TestRegEx, but reuses the compiled pattern held in `slot` when it was compiled from
 // the same text, and otherwise compiles it and keeps it there. The facet checks keep
 // one slot per set of facets, so that a pattern is compiled once, not once per value.
-bool TestRegExReusing(const std::string& utf8Pattern, const std::string& value,
-                      std::shared_ptr<const CPatternCache>& slot);
+QVXML_API bool TestRegExReusing(const std::string& utf8Pattern, const std::string& value,
+                                std::shared_ptr<const CPatternCache>& slot);
 } // namespace Internal
 
 } // namespace QvXmlLib10

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <cstdint>
 #include <string>
 
@@ -7,7 +9,7 @@ namespace QvXmlLib10 {
 
 // The XSD whiteSpace facet, applied to the text of one value before it is parsed.
 // Works on bytes and looks at nothing above 0x7F, so UTF-8 text passes unharmed.
-class CWhitespaceUtils {
+class QVXML_API CWhitespaceUtils {
 public:
     // Generated code passes these by number.
     enum WhitespaceRule : int32_t {

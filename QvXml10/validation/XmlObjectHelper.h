@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <string>
 
 #include "../foundation/QvTypes.h"
@@ -15,7 +17,7 @@ class CXmlSerializationContext;
 // CQvException naming the item (`name`) and the value. Checks stop at the first
 // failed facet. Bounds are parsed with the whitespace rule collapse; a bound that
 // does not parse fails the check with the words of its parser.
-class CXmlObjectHelper {
+class QVXML_API CXmlObjectHelper {
 public:
     // Reads `value` as `type`, whatever the variant's own kind and nil flag, and runs
     // that kind's check. A kind without a check throws CQvInvalidValueException

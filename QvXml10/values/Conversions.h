@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <string>
 
 #include "../validation/WhitespaceUtils.h"
@@ -9,7 +11,7 @@ namespace QvXmlLib10 {
 // Text forms of the primitive kinds, in both directions. Every xFromString applies
 // its whitespace rule first and parses only what the rule leaves; a failure throws
 // CQvInvalidValueException. i4 and ui4 are the platform's long and unsigned long.
-class CConversions {
+class QVXML_API CConversions {
 public:
     using WhitespaceRule = CWhitespaceUtils::WhitespaceRule;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../foundation/QvExport.h"
+
 #include <string>
 
 #include "../binding/SmartPtr.h"
@@ -18,7 +20,7 @@ class CXmlCollectionBase;
 // shared and counted through AddRef and Release. Copies are deep for owned values and
 // shared for objects. The getters check nothing: reading another kind than the one
 // stored gives the bits of the value word, so callers look at IsNil and the kind first.
-class QvVariant {
+class QVXML_API QvVariant {
 public:
     QvVariant();
     QvVariant(const QvVariant& other);

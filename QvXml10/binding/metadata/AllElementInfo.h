@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../foundation/QvExport.h"
+
 #include <string>
 
 #include "../SmartPtr.h"
@@ -11,21 +13,21 @@ namespace QvXmlLib10Data {
 // once, in any order. The walk offers the cursor to every member not found yet, over
 // and over; ElementFromXml answers true when the member has read its element, and
 // moves the cursor only past what it read. Afterwards Validate tells who is missing.
-class CElementInfoAll : public CElementInfo {
+class QVXML_API CElementInfoAll : public CElementInfo {
 public:
     using CElementInfo::CElementInfo;
 };
 
 // A single member of an all group, for generated code that refines it. Nothing
 // derives from it in the library.
-class CElementInfoAllNonCol : public CElementInfoAll {
+class QVXML_API CElementInfoAllNonCol : public CElementInfoAll {
 public:
     using CElementInfoAll::CElementInfoAll;
 };
 
 // An enumeration collection in an all group, for generated code that refines it.
 // Nothing derives from it in the library.
-class CElementInfoAllEnumCol : public CElementInfoAll {
+class QVXML_API CElementInfoAllEnumCol : public CElementInfoAll {
 public:
     using CElementInfoAll::CElementInfoAll;
 };
@@ -34,7 +36,7 @@ public:
 // cursor, and the member stays open for later passes; counts are checked on writing
 // only. Validate is left to the derived classes, so these members are abstract: an
 // all group has no repeating member.
-class CElementInfoAllCol : public CElementInfoAll {
+class QVXML_API CElementInfoAllCol : public CElementInfoAll {
 public:
     using CElementInfoAll::CElementInfoAll;
 
@@ -50,7 +52,7 @@ public:
 // Primitive values
 
 // Exactly one primitive value; missing, Validate fails in a class with a tag of its own.
-class CElementInfoAllPrimMnd : public CElementInfoAll {
+class QVXML_API CElementInfoAllPrimMnd : public CElementInfoAll {
 public:
     CElementInfoAllPrimMnd(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            QvXmlLib10::ItemType itemType, const char* format,
@@ -67,7 +69,7 @@ public:
 };
 
 // At most one primitive value.
-class CElementInfoAllPrimOpt : public CElementInfoAll {
+class QVXML_API CElementInfoAllPrimOpt : public CElementInfoAll {
 public:
     CElementInfoAllPrimOpt(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            QvXmlLib10::ItemType itemType, const char* format,
@@ -85,7 +87,7 @@ public:
 };
 
 // Any number of primitive values; abstract, see CElementInfoAllCol.
-class CElementInfoAllPrimCol : public CElementInfoAllCol {
+class QVXML_API CElementInfoAllPrimCol : public CElementInfoAllCol {
 public:
     CElementInfoAllPrimCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 };
@@ -94,7 +96,7 @@ public:
 // Enumerations, held as an i4
 
 // Exactly one enumeration value.
-class CElementInfoAllEnumMnd : public CElementInfoAll {
+class QVXML_API CElementInfoAllEnumMnd : public CElementInfoAll {
 public:
     CElementInfoAllEnumMnd(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            const char* (*enumToText)(int), int (*textToEnum)(const char*));
@@ -112,7 +114,7 @@ public:
 };
 
 // At most one enumeration value.
-class CElementInfoAllEnumOpt : public CElementInfoAll {
+class QVXML_API CElementInfoAllEnumOpt : public CElementInfoAll {
 public:
     CElementInfoAllEnumOpt(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            const char* (*enumToText)(int), int (*textToEnum)(const char*));
@@ -135,7 +137,7 @@ public:
 
 // Exactly one child object, which its parent has created. A child with a tag of its
 // own is reported missing only when `pseudoMandatory` says so; a pseudo child always.
-class CElementInfoAllClsMnd : public CElementInfoAll {
+class QVXML_API CElementInfoAllClsMnd : public CElementInfoAll {
 public:
     CElementInfoAllClsMnd(const char* elementName, const char* namespaceUri, int propertyIndex,
                           XmlElementType classElementType,
@@ -160,7 +162,7 @@ public:
 };
 
 // At most one child object, created only when something is there.
-class CElementInfoAllClsOpt : public CElementInfoAll {
+class QVXML_API CElementInfoAllClsOpt : public CElementInfoAll {
 public:
     CElementInfoAllClsOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                           XmlElementType classElementType,
@@ -185,7 +187,7 @@ public:
 };
 
 // Any number of child objects; abstract, see CElementInfoAllCol.
-class CElementInfoAllClsCol : public CElementInfoAllCol {
+class QVXML_API CElementInfoAllClsCol : public CElementInfoAllCol {
 public:
     CElementInfoAllClsCol(const char* elementName, const char* namespaceUri, int propertyIndex,
                           XmlElementType classElementType);
@@ -202,7 +204,7 @@ public:
 // them is not supported: ElementFromXml always throws CQvException.
 
 // Exactly one such child object.
-class CElementInfoAllAbsClsMnd : public CElementInfoAll {
+class QVXML_API CElementInfoAllAbsClsMnd : public CElementInfoAll {
 public:
     // The last argument is kept and not used.
     CElementInfoAllAbsClsMnd(
@@ -226,7 +228,7 @@ public:
 };
 
 // At most one such child object.
-class CElementInfoAllAbsClsOpt : public CElementInfoAll {
+class QVXML_API CElementInfoAllAbsClsOpt : public CElementInfoAll {
 public:
     CElementInfoAllAbsClsOpt(
         const char* elementName, const char* namespaceUri, int propertyIndex, XmlElementType classElementType,
@@ -249,7 +251,7 @@ public:
 };
 
 // Any number of such child objects; abstract, see CElementInfoAllCol.
-class CElementInfoAllAbsClsCol : public CElementInfoAllCol {
+class QVXML_API CElementInfoAllAbsClsCol : public CElementInfoAllCol {
 public:
     CElementInfoAllAbsClsCol(const char* elementName, const char* namespaceUri, int propertyIndex,
                              XmlElementType classElementType);
@@ -265,7 +267,7 @@ public:
 // Untyped open content (CElement); "AnyElement" accepts any local name.
 
 // Exactly one untyped element, held in a CElement that the parent has created.
-class CElementInfoAllUntpdMnd : public CElementInfoAll {
+class QVXML_API CElementInfoAllUntpdMnd : public CElementInfoAll {
 public:
     CElementInfoAllUntpdMnd(const char* elementName, const char* namespaceUri, int propertyIndex,
                             const char* namespaceRestriction, const char* targetNamespace);
@@ -283,7 +285,7 @@ public:
 };
 
 // At most one untyped element, in a new CElement held to the restriction.
-class CElementInfoAllUntpdOpt : public CElementInfoAll {
+class QVXML_API CElementInfoAllUntpdOpt : public CElementInfoAll {
 public:
     CElementInfoAllUntpdOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                             const char* namespaceRestriction, const char* targetNamespace);
@@ -302,7 +304,7 @@ public:
 };
 
 // Any number of untyped elements; abstract, see CElementInfoAllCol.
-class CElementInfoAllUntpdCol : public CElementInfoAllCol {
+class QVXML_API CElementInfoAllUntpdCol : public CElementInfoAllCol {
 public:
     CElementInfoAllUntpdCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../foundation/QvExport.h"
+
 #include <string>
 
 namespace QvXmlLib10 {
@@ -15,7 +17,7 @@ namespace QvXmlLib10Data {
 
 // The metadata of one attribute of a generated class. The kinds derive from it.
 // Read-only once built and shared by every instance of the class, on any thread.
-class CAttributeInfo {
+class QVXML_API CAttributeInfo {
 public:
     // Null texts count as empty.
     CAttributeInfo(const char* attributeName, const char* namespaceUri, int propertyIndex, bool optional,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../foundation/QvExport.h"
+
 #include <string>
 
 #include "AttributeInfo.h"
@@ -12,7 +14,7 @@ namespace QvXmlLib10Data {
 
 // An attribute holding a value of a primitive type. It matches by local name and
 // namespace exactly, also when the context ignores namespaces.
-class CAttributeInfoPrimitive : public CAttributeInfo {
+class QVXML_API CAttributeInfoPrimitive : public CAttributeInfo {
 public:
     // Null format and default value count as empty.
     CAttributeInfoPrimitive(const char* name, const char* namespaceUri, int propertyIndex, bool optional,
@@ -42,7 +44,7 @@ public:
 // An attribute holding an enumeration, stored as an int and converted by the
 // generated functions. It matches by name, and by namespace unless the context
 // ignores namespaces.
-class CAttributeInfoEnum : public CAttributeInfo {
+class QVXML_API CAttributeInfoEnum : public CAttributeInfo {
 public:
     CAttributeInfoEnum(const char* name, const char* namespaceUri, int propertyIndex, bool optional,
                        const char* (*enumToText)(int), int (*textToEnum)(const char*), const char* defaultValue);
@@ -60,7 +62,7 @@ public:
 
 // The wildcard (anyAttribute): collects every attribute of an admitted namespace into
 // the object's CAttributeCol. It belongs at the end of the table.
-class CAttributeInfoAny : public CAttributeInfo {
+class QVXML_API CAttributeInfoAny : public CAttributeInfo {
 public:
     CAttributeInfoAny(const char* name, const char* namespaceUri, int propertyIndex, bool optional,
                       const char* namespaceRestriction, const char* targetNamespace, const char* defaultValue);

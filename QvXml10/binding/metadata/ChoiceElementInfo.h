@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../foundation/QvExport.h"
+
 #include <string>
 
 #include "../SmartPtr.h"
@@ -11,7 +13,7 @@ namespace QvXmlLib10Data {
 // cursor to the members in table order until one answers true: that member was
 // chosen and has read its element. A member that answers false has left the cursor
 // where it was. No member of a choice is required by itself.
-class CElementInfoChoice : public CElementInfo {
+class QVXML_API CElementInfoChoice : public CElementInfo {
 public:
     using CElementInfo::CElementInfo;
 
@@ -22,7 +24,7 @@ public:
 
 // A repeating member of a choice: chosen when its collection takes at least one
 // element. Its count is checked on reading only.
-class CElementInfoChoiceCol : public CElementInfoChoice {
+class QVXML_API CElementInfoChoiceCol : public CElementInfoChoice {
 public:
     using CElementInfoChoice::CElementInfoChoice;
 
@@ -34,7 +36,7 @@ public:
 };
 
 // A primitive value.
-class CElementInfoChoicePrimOpt : public CElementInfoChoice {
+class QVXML_API CElementInfoChoicePrimOpt : public CElementInfoChoice {
 public:
     CElementInfoChoicePrimOpt(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                               QvXmlLib10::ItemType itemType, const char* format,
@@ -49,7 +51,7 @@ public:
 };
 
 // An enumeration value, held as an i4.
-class CElementInfoChoiceEnumOpt : public CElementInfoChoice {
+class QVXML_API CElementInfoChoiceEnumOpt : public CElementInfoChoice {
 public:
     CElementInfoChoiceEnumOpt(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                               const char* (*enumToText)(int), int (*textToEnum)(const char*));
@@ -68,7 +70,7 @@ public:
 // the object is read, so that the generated setter records the choice first. A child
 // with a tag of its own is read and written as a choice member: its own choice group
 // may stay empty.
-class CElementInfoChoiceClsOpt : public CElementInfoChoice {
+class QVXML_API CElementInfoChoiceClsOpt : public CElementInfoChoice {
 public:
     CElementInfoChoiceClsOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                              XmlElementType classElementType,
@@ -91,7 +93,7 @@ public:
 
 // A child object whose class `createFromElement` finds from the element. What it
 // returns is stored, null included; a null object leaves the choice to later members.
-class CElementInfoChoiceAbsClsOpt : public CElementInfoChoice {
+class QVXML_API CElementInfoChoiceAbsClsOpt : public CElementInfoChoice {
 public:
     CElementInfoChoiceAbsClsOpt(
         const char* elementName, const char* namespaceUri, int propertyIndex, XmlElementType classElementType,
@@ -112,7 +114,7 @@ public:
 
 // An untyped element (CElement); "AnyElement" accepts any local name. When nothing is
 // taken the property is set to a null object.
-class CElementInfoChoiceUntpdOpt : public CElementInfoChoice {
+class QVXML_API CElementInfoChoiceUntpdOpt : public CElementInfoChoice {
 public:
     CElementInfoChoiceUntpdOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                                const char* namespaceRestriction, const char* targetNamespace);
@@ -128,19 +130,19 @@ public:
 };
 
 // Any number of primitive values, held in a typed value collection.
-class CElementInfoChoicePrimCol : public CElementInfoChoiceCol {
+class QVXML_API CElementInfoChoicePrimCol : public CElementInfoChoiceCol {
 public:
     CElementInfoChoicePrimCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 };
 
 // Any number of enumeration values, held in a collection.
-class CElementInfoChoiceEnumCol : public CElementInfoChoiceCol {
+class QVXML_API CElementInfoChoiceEnumCol : public CElementInfoChoiceCol {
 public:
     CElementInfoChoiceEnumCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 };
 
 // Any number of child objects of a known class.
-class CElementInfoChoiceClsCol : public CElementInfoChoiceCol {
+class QVXML_API CElementInfoChoiceClsCol : public CElementInfoChoiceCol {
 public:
     CElementInfoChoiceClsCol(const char* elementName, const char* namespaceUri, int propertyIndex,
                              XmlElementType classElementType);
@@ -153,7 +155,7 @@ public:
 };
 
 // Any number of child objects whose class is found from the element.
-class CElementInfoChoiceAbsClsCol : public CElementInfoChoiceCol {
+class QVXML_API CElementInfoChoiceAbsClsCol : public CElementInfoChoiceCol {
 public:
     CElementInfoChoiceAbsClsCol(const char* elementName, const char* namespaceUri, int propertyIndex,
                                 XmlElementType classElementType);
@@ -167,7 +169,7 @@ public:
 
 // Any number of untyped elements, held in a CElementCol. Under a fixed name the
 // collection takes only elements of that name and of the namespace of the first.
-class CElementInfoChoiceUntpdCol : public CElementInfoChoiceCol {
+class QVXML_API CElementInfoChoiceUntpdCol : public CElementInfoChoiceCol {
 public:
     CElementInfoChoiceUntpdCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../foundation/QvExport.h"
+
 #include <string>
 
 #include "ParentElementInfo.h"
@@ -22,7 +24,7 @@ namespace QvXmlLib10Data {
 // holds it and, for primitive values, the kind, format, whitespace rule and facets.
 // The families of the sequence, all and choice groups derive from it. Read-only once
 // built and shared by every instance of the class, on any thread.
-class CElementInfo {
+class QVXML_API CElementInfo {
 public:
     // Without a nillable value.
     CElementInfo(const char* elementName, const char* namespaceUri, int propertyIndex);

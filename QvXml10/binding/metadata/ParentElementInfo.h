@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../foundation/QvExport.h"
+
 #include <cstdint>
 #include <string>
 
@@ -26,7 +28,7 @@ enum XmlElementType : int32_t {
 
 // The header of one generated class: its walk, its own element and its text content.
 // Built once per class and read-only after that.
-class CParentElementInfo {
+class QVXML_API CParentElementInfo {
 public:
     // Null texts count as empty.
     CParentElementInfo(XmlElementGroupType groupType, XmlElementType elementType, const char* elementName,

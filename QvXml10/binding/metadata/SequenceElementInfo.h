@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../../foundation/QvExport.h"
+
 #include <string>
 
 #include "../SmartPtr.h"
@@ -11,7 +13,7 @@ namespace QvXmlLib10Data {
 // members the cursor in table order; each takes what is its own at the cursor and
 // moves the cursor behind it. ElementFromXml answers false only in a pseudo element,
 // where it means that the group does not match at this cursor.
-class CElementInfoSeq : public CElementInfo {
+class QVXML_API CElementInfoSeq : public CElementInfo {
 public:
     using CElementInfo::CElementInfo;
 
@@ -22,14 +24,14 @@ public:
 
 // A single member of a sequence, for generated code that refines it. Nothing derives
 // from it in the library.
-class CElementInfoSeqNonCol : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqNonCol : public CElementInfoSeq {
 public:
     using CElementInfoSeq::CElementInfoSeq;
 };
 
 // A repeating member of a sequence: the collection reads as many elements as are its
 // own, and its count is checked on reading and writing.
-class CElementInfoSeqCol : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqCol : public CElementInfoSeq {
 public:
     using CElementInfoSeq::CElementInfoSeq;
 
@@ -46,7 +48,7 @@ public:
 // Exactly one primitive value. Missing, it fails, unless the context ignores missing
 // mandatory elements; unknown elements ahead of it are passed over when the context
 // ignores them.
-class CElementInfoSeqPrimMnd : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqPrimMnd : public CElementInfoSeq {
 public:
     CElementInfoSeqPrimMnd(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            QvXmlLib10::ItemType itemType, const char* format,
@@ -61,7 +63,7 @@ public:
 };
 
 // At most one primitive value, read only when it stands at the cursor.
-class CElementInfoSeqPrimOpt : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqPrimOpt : public CElementInfoSeq {
 public:
     CElementInfoSeqPrimOpt(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            QvXmlLib10::ItemType itemType, const char* format,
@@ -76,7 +78,7 @@ public:
 };
 
 // Any number of primitive values, held in a typed value collection.
-class CElementInfoSeqPrimCol : public CElementInfoSeqCol {
+class QVXML_API CElementInfoSeqPrimCol : public CElementInfoSeqCol {
 public:
     CElementInfoSeqPrimCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 };
@@ -86,7 +88,7 @@ public:
 
 // Exactly one enumeration value; missing, as CElementInfoSeqPrimMnd, except that a
 // pseudo element does not pass over unknown elements to find it.
-class CElementInfoSeqEnumMnd : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqEnumMnd : public CElementInfoSeq {
 public:
     CElementInfoSeqEnumMnd(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            const char* (*enumToText)(int), int (*textToEnum)(const char*));
@@ -102,7 +104,7 @@ public:
 };
 
 // At most one enumeration value.
-class CElementInfoSeqEnumOpt : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqEnumOpt : public CElementInfoSeq {
 public:
     CElementInfoSeqEnumOpt(const char* elementName, const char* namespaceUri, int propertyIndex, bool nillable,
                            const char* (*enumToText)(int), int (*textToEnum)(const char*));
@@ -118,7 +120,7 @@ public:
 };
 
 // Any number of enumeration values, held in a collection.
-class CElementInfoSeqEnumCol : public CElementInfoSeqCol {
+class QVXML_API CElementInfoSeqEnumCol : public CElementInfoSeqCol {
 public:
     CElementInfoSeqEnumCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 };
@@ -129,7 +131,7 @@ public:
 // Exactly one child object, which its parent has created. With a tag of its own it
 // reads like a mandatory primitive; as a pseudo element it reads from the parent's
 // element at the cursor, and `pseudoMandatory` says whether it must take something.
-class CElementInfoSeqClsMnd : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqClsMnd : public CElementInfoSeq {
 public:
     CElementInfoSeqClsMnd(const char* elementName, const char* namespaceUri, int propertyIndex,
                           XmlElementType classElementType,
@@ -153,7 +155,7 @@ public:
 
 // At most one child object, created through `createObject` only when something is
 // there: the property stays as it was when the element or group is absent.
-class CElementInfoSeqClsOpt : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqClsOpt : public CElementInfoSeq {
 public:
     CElementInfoSeqClsOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                           XmlElementType classElementType,
@@ -175,7 +177,7 @@ public:
 };
 
 // Any number of child objects, held in a collection.
-class CElementInfoSeqClsCol : public CElementInfoSeqCol {
+class QVXML_API CElementInfoSeqClsCol : public CElementInfoSeqCol {
 public:
     CElementInfoSeqClsCol(const char* elementName, const char* namespaceUri, int propertyIndex,
                           XmlElementType classElementType);
@@ -192,7 +194,7 @@ public:
 
 // Exactly one child object, made by `createFromElement` from the element at the
 // cursor. Its absence fails whatever the context says.
-class CElementInfoSeqAbsClsMnd : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqAbsClsMnd : public CElementInfoSeq {
 public:
     CElementInfoSeqAbsClsMnd(
         const char* elementName, const char* namespaceUri, int propertyIndex, XmlElementType classElementType,
@@ -212,7 +214,7 @@ public:
 };
 
 // At most one such child object; an element no class fits is left unread.
-class CElementInfoSeqAbsClsOpt : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqAbsClsOpt : public CElementInfoSeq {
 public:
     CElementInfoSeqAbsClsOpt(
         const char* elementName, const char* namespaceUri, int propertyIndex, XmlElementType classElementType,
@@ -232,7 +234,7 @@ public:
 };
 
 // Any number of such child objects, held in a collection.
-class CElementInfoSeqAbsClsCol : public CElementInfoSeqCol {
+class QVXML_API CElementInfoSeqAbsClsCol : public CElementInfoSeqCol {
 public:
     CElementInfoSeqAbsClsCol(const char* elementName, const char* namespaceUri, int propertyIndex,
                              XmlElementType classElementType);
@@ -249,7 +251,7 @@ public:
 // name; namespaces are left to the CElement's restriction.
 
 // Exactly one untyped element, held in a CElement that the parent has created.
-class CElementInfoSeqUntpdMnd : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqUntpdMnd : public CElementInfoSeq {
 public:
     CElementInfoSeqUntpdMnd(const char* elementName, const char* namespaceUri, int propertyIndex,
                             const char* namespaceRestriction, const char* targetNamespace);
@@ -265,7 +267,7 @@ public:
 };
 
 // At most one untyped element, in a new CElement held to the restriction.
-class CElementInfoSeqUntpdOpt : public CElementInfoSeq {
+class QVXML_API CElementInfoSeqUntpdOpt : public CElementInfoSeq {
 public:
     CElementInfoSeqUntpdOpt(const char* elementName, const char* namespaceUri, int propertyIndex,
                             const char* namespaceRestriction, const char* targetNamespace);
@@ -282,7 +284,7 @@ public:
 
 // Any number of untyped elements, held in a CElementCol. Under a fixed name the
 // collection takes only elements of that name and of the namespace of the first.
-class CElementInfoSeqUntpdCol : public CElementInfoSeqCol {
+class QVXML_API CElementInfoSeqUntpdCol : public CElementInfoSeqCol {
 public:
     CElementInfoSeqUntpdCol(const char* elementName, const char* namespaceUri, int propertyIndex);
 
