@@ -5,6 +5,7 @@
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
 #include "internal/DocumentBuilder.h"
+#include "internal/Limits.h"
 
 #include <expat.h>
 
@@ -206,9 +207,20 @@ unsigned long CExpatReader::CurrentLine(const void* reader) {
 
 void CExpatReader::Parse(bool isFinal) {
     if (!m_parser) CreateParser();
+    // The input goes to expat in pieces: expat copies what it is given into a buffer of
+    // its own, which then stays the size of a piece instead of growing to the whole input,
+    // and a piece is still in the cache when it is parsed. Expat carries names, characters
+    // and line numbers across the boundaries.
+    const char* data = reinterpret_cast<const char*>(m_pBuilder->GetData());
     const uint64_t length = m_pBuilder->GetDataLength();
-    const XML_Status status = XML_Parse(m_parser, reinterpret_cast<const char*>(m_pBuilder->GetData()),
-                                        static_cast<int>(length), isFinal ? 1 : 0);
+    uint64_t offset = 0;
+    XML_Status status = XML_STATUS_OK;
+    do {
+        const uint64_t piece = std::min<uint64_t>(Internal::kParsePieceSize, length - offset);
+        const bool last = offset + piece == length;
+        status = XML_Parse(m_parser, data + offset, static_cast<int>(piece), last && isFinal ? 1 : 0);
+        offset += piece;
+    } while (status == XML_STATUS_OK && !m_pendingException && offset < length);
     if (m_pendingException || status != XML_STATUS_OK) m_pBuilder->Fail();
     if (m_pendingException) {
         Cleanup();

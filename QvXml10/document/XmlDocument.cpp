@@ -415,7 +415,7 @@ CXmlDocument::CXmlDocument(ElementHook hook) : CXmlDocument(hook, CXmlSerializat
 
 CXmlDocument::CXmlDocument(ElementHook hook, const CXmlSerializationContext& context)
     : CInstanceMonitor("CXmlDocument"), m_pElementHook(hook), m_pContext(&context), m_pNodePool(new CNodePool),
-      m_pNameTable(new CNameTable(this)) {
+      m_pNameTable(new CNameTable(this)), m_pInput(nullptr) {
     Init();
 }
 
@@ -434,6 +434,7 @@ void CXmlDocument::Cleanup() {
     m_pNodePool->Rewind();
     m_pData.reset();
     m_dataLength = 0;
+    m_pInput = nullptr;
     m_namespaceAliases.clear();
 }
 
@@ -506,10 +507,14 @@ void CXmlDocument::EndElement() {
 // ---------------------------------------------------------------------------------------------
 // Loading
 
-void CXmlDocument::TakeData(const unsigned char* data, uint64_t length) {
-    m_pData.reset(new unsigned char[length]);
-    std::memcpy(m_pData.get(), data, length);
+void CXmlDocument::ParseInput(const unsigned char* input, uint64_t length, void (CXmlDocument::*parse)()) {
+    struct InputScope {
+        const unsigned char*& input;
+        ~InputScope() { input = nullptr; }
+    } scope{m_pInput};
+    m_pInput = input;
     m_dataLength = length;
+    (this->*parse)();
 }
 
 void CXmlDocument::LoadXml(const char* text) {
@@ -517,8 +522,7 @@ void CXmlDocument::LoadXml(const char* text) {
     const size_t length = text ? std::strlen(text) : 0;
     m_dataLength = length;
     if (length == 0) throw CQvException("XML String is empty!");
-    TakeData(reinterpret_cast<const unsigned char*>(text), length);
-    ParseText();
+    ParseInput(reinterpret_cast<const unsigned char*>(text), length, &CXmlDocument::ParseText);
 }
 
 void CXmlDocument::LoadXml(const wchar_t* text) {
@@ -538,16 +542,14 @@ void CXmlDocument::LoadXml(const wchar_t* text) {
         *out++ = static_cast<unsigned char>(unit & 0xFF);
         *out++ = static_cast<unsigned char>(unit >> 8);
     }
-    m_dataLength = bytes;
-    ParseText();
+    ParseInput(m_pData.get(), bytes, &CXmlDocument::ParseText);
 }
 
 void CXmlDocument::LoadXmlStream(unsigned char* data, unsigned long length) {
     Cleanup();
     m_dataLength = length;
     if (length == 0 || data == nullptr) throw CQvException("XML Stream is empty!");
-    TakeData(data, length);
-    Parse();
+    ParseInput(data, length, &CXmlDocument::Parse);
 }
 
 namespace {
@@ -584,7 +586,7 @@ void CXmlDocument::Load(const char* path) {
         throw CQvException(FileErrorMessage("Failed to read the contents of the file [%s] Error [%n]", shownPath));
     }
     file.reset();
-    Parse();
+    ParseInput(m_pData.get(), static_cast<uint64_t>(size), &CXmlDocument::Parse);
 }
 
 void CXmlDocument::Parse() { ParseText(); }

@@ -43,8 +43,8 @@ public:
 
     const CXmlSerializationContext& GetContext() const { return *m_document.m_pContext; }
     SchemaType GetSchemaType() const { return m_document.m_schemaType; }
-    // The raw input of the load.
-    const unsigned char* GetData() const { return m_document.m_pData.get(); }
+    // The raw input of the load, valid until the load returns.
+    const unsigned char* GetData() const { return m_document.m_pInput; }
     uint64_t GetDataLength() const { return m_document.m_dataLength; }
 
     void SetLineSource(LineSource source, const void* reader) {

@@ -11,6 +11,9 @@ namespace Internal {
 // stay well inside 1 MB of stack, the least a thread is commonly given.
 inline constexpr std::size_t kMaxNestingDepth = 1000;
 
+// How many bytes of text input the parser is given at a time.
+inline constexpr std::size_t kParsePieceSize = 64 * 1024;
+
 // Throws CQvException for a document that opens an element deeper than kMaxNestingDepth;
 // a line of 0 is left out of the message (input without lines).
 [[noreturn]] void ThrowNestingTooDeep(unsigned long line);
