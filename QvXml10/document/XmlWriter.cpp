@@ -2,6 +2,9 @@
 
 #include "foundation/QvException.h"
 #include "internal/Limits.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
@@ -136,7 +139,7 @@ const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std
 }
 
 const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const char* namespaceUri) {
-    return (*m_pNamespaceMap)[namespaceUri != nullptr ? namespaceUri : ""];
+    return (*m_pNamespaceMap)[OrEmpty(namespaceUri)];
 }
 
 // ---------------------------------------------------------------------------
