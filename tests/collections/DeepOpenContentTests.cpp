@@ -82,7 +82,7 @@ TEST(DeepOpenContent, OneLevelDeeperIsRefusedWithTheLine) {
     } catch (const CQvException& e) {
         message = e.GetFullMessage();
     }
-    EXPECT_EQ(message, "The document nests elements deeper than 1000 levels at line 1001");
+    EXPECT_EQ(message, "The document nests elements deeper than 500 levels at line 501");
 }
 
 // A tree built by hand can't be written deeper than a document can be read.
@@ -107,5 +107,5 @@ TEST(DeepOpenContent, WritingAHandBuiltTreeDeeperThanTheLimitIsRefused) {
     } catch (const CQvException& e) {
         message = e.GetFullMessage();
     }
-    EXPECT_EQ(message, "The elements to write nest deeper than 1000 levels");
+    EXPECT_EQ(message, "The elements to write nest deeper than 500 levels");
 }

@@ -52,6 +52,6 @@ TEST(HostileInput, NestingDeeperThanTheLimitIsRefusedWithItsLine) {
     EXPECT_EQ(depth, limit);
 
     EXPECT_EQ(LoadFailure(document, xml + "<e/>" + closing),
-              "The document nests elements deeper than 1000 levels at line 1001");
+              "The document nests elements deeper than 500 levels at line 501");
     EXPECT_EQ(document.GetDocumentElement()->GetText(), "t\n");
 }
