@@ -89,18 +89,8 @@ TEST(DeepOpenContent, OneLevelDeeperIsRefusedWithTheLine) {
 TEST(DeepOpenContent, WritingAHandBuiltTreeDeeperThanTheLimitIsRefused) {
     CElement root("e");
     CElement* innermost = &root;
-    for (size_t i = 1; i < kDepth; ++i)
+    for (size_t i = 0; i < kDepth; ++i)
         innermost = innermost->GetElements()->Add("e").Get();
-    // Children added by name take the keyword "##any" as their namespace.
-    std::string expected = "<e><AA:e xmlns:AA=\"##any\">";
-    for (size_t level = 3; level < kDepth; ++level)
-        expected += "<AA:e>";
-    expected += "<AA:e/>";
-    for (size_t level = 2; level < kDepth; ++level)
-        expected += "</AA:e>";
-    EXPECT_EQ(root.ToXml(false, false), expected + "</e>");
-
-    innermost->GetElements()->Add("e");
     std::string message;
     try {
         root.ToXml(false, false);
