@@ -18,8 +18,9 @@ namespace QvXmlLib10 {
 class CXmlAttribute;
 class CXmlElement;
 class CXmlSerializationContext;
-class CExpatReader;
-class CFastInfosetReader;
+namespace Internal {
+class CDocumentBuilder;
+}
 
 // The document tree of one load: built by a parser through the build operations,
 // read by the binding, destroyed with the document.
@@ -68,9 +69,8 @@ protected:
     void ParseText();
 
 private:
-    friend class CExpatReader;
-    // Closes elements by shortening the element stack itself.
-    friend class CFastInfosetReader;
+    // The readers build the tree through it.
+    friend class Internal::CDocumentBuilder;
     friend class CXmlElement;
     friend class CXmlAttribute;
     class CNodePool;
@@ -94,7 +94,9 @@ private:
                             size_t localLength) const;
     CXmlElement* NewElement(const CName* name) const;
     CXmlElement* AddElement_Int(const CName* name);
-    void TakeData(const unsigned char* data, uint64_t length);
+    // Parses `length` bytes at `input` by `parse`, a pointer to Parse or ParseText; the
+    // bytes are the caller's and are read only during the call.
+    void ParseInput(const unsigned char* input, uint64_t length, void (CXmlDocument::*parse)());
 
     std::unique_ptr<CXmlElement> m_pDocumentElement;
     std::vector<CXmlElement*> m_elementStack;
@@ -108,6 +110,10 @@ private:
     // and is reused from one load to the next; names are kept once per document.
     std::unique_ptr<CNodePool> m_pNodePool;
     std::unique_ptr<CNameTable> m_pNameTable;
+    // The bytes that the load in progress parses: m_pData, or the caller's own text or
+    // stream, which is parsed where it lies instead of being copied first. Null outside
+    // a load.
+    const unsigned char* m_pInput;
 };
 
 // An attribute of the document tree; immutable after construction.
@@ -134,7 +140,6 @@ public:
 
 private:
     friend class CXmlElement;
-    friend class CExpatReader;
 
     // An attribute of a document, made in the document's node pool by its element.
     CXmlAttribute(const CXmlDocument::CName* name, const char* value, size_t valueLength)
@@ -184,7 +189,7 @@ public:
 
 private:
     friend class CXmlDocument;
-    friend class CExpatReader;
+    friend class Internal::CDocumentBuilder;
     friend class CClassfactoryBase;
 
     // The document the element belongs to (null for one made without a document): the

@@ -1,6 +1,7 @@
 #include "document/XmlWriter.h"
 
 #include "foundation/QvException.h"
+#include "internal/Limits.h"
 #include "internal/Text.h"
 
 using QvXmlLib10::Internal::OrEmpty;
@@ -173,6 +174,9 @@ void CXmlWriter::AddNamespace(const std::string& alias, const std::string& names
 }
 
 void CXmlWriter::PushContext(const std::string& localName, const std::string& namespaceUri) {
+    // Objects write themselves recursively, one level of calls per element: a tree built
+    // by hand nests no deeper than a loaded document may.
+    if (m_pContext && m_pContext->m_depth + 1 >= Internal::kMaxNestingDepth) Internal::ThrowWritingTooDeep();
     if (!m_pContext) {
         m_pContext.reset(new CXmlWriterContext(localName, namespaceUri, m_defaultNamespace, &m_namespaceMap, nullptr));
     } else if (m_pSpareContexts) {

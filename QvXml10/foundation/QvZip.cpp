@@ -1,6 +1,7 @@
 #include "foundation/QvZip.h"
 
 #include "foundation/QvException.h"
+#include "internal/Inflate.h"
 
 #include <zlib.h>
 
@@ -123,6 +124,13 @@ void Deflate(const unsigned char* data, size_t length, CompressionType type, std
 bool IsCompression(CompressionType type) { return type == CompressionType_GZip || type == CompressionType_ZLib; }
 
 } // namespace
+
+namespace Internal {
+bool InflateComplete(const unsigned char* data, size_t length, std::unique_ptr<unsigned char[]>& out,
+                     size_t& outLength) {
+    return Inflate(data, length, out, outLength);
+}
+} // namespace Internal
 
 CQvZip::CQvZip() : CInstanceMonitor("CQvZip") {}
 
