@@ -9,8 +9,8 @@
 #include "binding/metadata/AllElementInfo.h"
 #include "binding/metadata/ChoiceElementInfo.h"
 #include "binding/metadata/SequenceElementInfo.h"
-#include "support/FamilyClasses.h"
-#include "support/TestWriting.h"
+#include "support/TestClasses.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -104,7 +104,7 @@ TEST(ElementFamilies, PseudoChildrenWriteTheirAttributesOnTheEnclosingElement) {
 // a class that breaks this contract gets an exception, not a crash.
 TEST(ElementFamilies, PropertiesWithoutTheirObjectOrCollectionAreRefused) {
     CSmartPtr<CHost> host = new CHost();
-    host->Property(1).SetXmlCollection(new CPlainStringCol("a", 0, -1));
+    host->Property(1).SetXmlCollection(new CStringCol("a", 0, -1));
     CElementInfoSeqClsMnd child("Leaf", kNs, 0, XmlElementType_Element, nullptr, 0, false);
     CElementInfoAllUntpdMnd untyped("AnyElement", kNs, 0, "##any", "");
     CElementInfoChoicePrimCol values("pc", kNs, 0);

@@ -37,10 +37,6 @@ const char UNFORMATTED[] =
     "<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-1\" AB:quantity=\"2\">gears \"x\"</AC:line>"
     "<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-2\" AB:quantity=\"1\">table</AC:line></AA:order>";
 
-std::string Bytes(const CBinaryData& data) {
-    return std::string(reinterpret_cast<const char*>(data.GetData()), static_cast<size_t>(data.GetLength()));
-}
-
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path.c_str(), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());

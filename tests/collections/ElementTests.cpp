@@ -11,9 +11,8 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "support/HandOrder.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 
-#include "../foundation/TestHelpers.h"
 
 using namespace QvXmlLib10;
 using QvXmlTest::CHandOrder;

@@ -11,9 +11,8 @@
 #include "document/XmlTextWriter.h"
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 
-#include "../foundation/TestHelpers.h"
 
 using namespace QvXmlLib10;
 

@@ -6,7 +6,7 @@
 
 #include "binding/XmlObjectBase.h"
 #include "document/XmlDocument.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 
 #include <string>
 #include <vector>

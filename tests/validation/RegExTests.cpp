@@ -7,7 +7,7 @@
 #include "foundation/QvException.h"
 #include "validation/RegEx.h"
 
-#include "../foundation/TestHelpers.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
 

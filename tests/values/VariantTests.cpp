@@ -10,7 +10,7 @@
 #include "foundation/QvException.h"
 #include "values/QvVariant.h"
 
-#include "../foundation/TestHelpers.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
 
