@@ -13,22 +13,9 @@
 using namespace QvXmlLib10;
 using QvXmlTest::CRecorder;
 
-namespace {
-
-class CCounted : public CRecorder {
-public:
-    explicit CCounted(int* destroyed) : m_destroyed(destroyed) {}
-    ~CCounted() override { ++*m_destroyed; }
-
-private:
-    int* m_destroyed;
-};
-
-} // namespace
-
 TEST(ObjectBase, ReferenceCountStartsAtZeroAndOnlyTheReleaseReachingZeroDeletes) {
     int destroyed = 0;
-    CCounted* object = new CCounted(&destroyed);
+    CRecorder* object = new CRecorder(&destroyed);
     EXPECT_EQ(object->AddRef(), 1);
     EXPECT_EQ(object->AddRef(), 2);
     EXPECT_EQ(object->Release(), 1);
@@ -38,7 +25,7 @@ TEST(ObjectBase, ReferenceCountStartsAtZeroAndOnlyTheReleaseReachingZeroDeletes)
 
     // A Release below zero does not delete.
     {
-        CCounted onStack(&destroyed);
+        CRecorder onStack(&destroyed);
         EXPECT_EQ(onStack.Release(), -1);
         EXPECT_EQ(destroyed, 1);
         EXPECT_EQ(onStack.AddRef(), 0);
@@ -49,7 +36,7 @@ TEST(ObjectBase, ReferenceCountStartsAtZeroAndOnlyTheReleaseReachingZeroDeletes)
 
 TEST(ObjectBase, AddRefAndReleaseFromSeveralThreads) {
     int destroyed = 0;
-    CCounted* object = new CCounted(&destroyed);
+    CRecorder* object = new CRecorder(&destroyed);
     object->AddRef();
     std::atomic<bool> go{false};
     std::vector<std::thread> threads;
@@ -74,14 +61,14 @@ TEST(ObjectBase, AddRefAndReleaseFromSeveralThreads) {
 TEST(ObjectBase, SmartPointerHoldsOneReference) {
     int destroyed = 0;
     {
-        CSmartPtr<CCounted> first(new CCounted(&destroyed));
+        CSmartPtr<CRecorder> first(new CRecorder(&destroyed));
         {
-            CSmartPtr<CCounted> second = first;
+            CSmartPtr<CRecorder> second = first;
             CSmartPtr<CXmlObjectBase> asBase = second;
             EXPECT_EQ(first->AddRef(), 4);
             first->Release();
         }
-        CSmartPtr<CCounted> moved = std::move(first);
+        CSmartPtr<CRecorder> moved = std::move(first);
         EXPECT_FALSE(first);
         EXPECT_EQ(destroyed, 0);
         moved = moved; // self-assignment keeps the object
@@ -89,7 +76,7 @@ TEST(ObjectBase, SmartPointerHoldsOneReference) {
     }
     EXPECT_EQ(destroyed, 1);
 
-    CSmartPtr<CCounted> reset(new CCounted(&destroyed));
+    CSmartPtr<CRecorder> reset(new CRecorder(&destroyed));
     reset.Reset();
     EXPECT_EQ(destroyed, 2);
 }

@@ -9,6 +9,7 @@
 #include "collections/XmlCollection.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
+#include "support/Recorder.h"
 #include "support/TestClasses.h"
 #include "support/TestSupport.h"
 #include "values/QvVariant.h"
@@ -16,28 +17,10 @@
 
 using namespace QvXmlLib10;
 using QvXmlTest::CObjectCol;
+using QvXmlTest::CRecorder;
 using QvXmlTest::CStringCol;
 
 namespace {
-
-// An item that counts its own destruction.
-class CTracked : public CXmlObjectBase {
-public:
-    explicit CTracked(int* destroyed) : m_destroyed(destroyed) {}
-    ~CTracked() override { ++*m_destroyed; }
-    CXmlObjectBase* GetBase() override { return this; }
-    std::string GetTargetNamespace() const override { return ""; }
-    std::string GetNamespace() const override { return ""; }
-
-protected:
-    void ToXml_Int(CXmlWriter*, bool, const char*, const CXmlSerializationContext&, bool) const override {}
-    CXmlElement* FromXml_Int(CXmlElement*, CXmlElement* first, const CXmlSerializationContext&, bool) override {
-        return first;
-    }
-
-private:
-    int* m_destroyed;
-};
 
 // A collection of any objects; reading and writing are not its business here.
 class CPlainCol : public CXmlCollection {
@@ -98,7 +81,7 @@ class CollectionTest : public ::testing::Test {
 protected:
     CollectionTest() : log(&col) {
         for (int i = 0; i < 4; ++i)
-            items[i] = new CTracked(&destroyed);
+            items[i] = new CRecorder(&destroyed);
         log.DataName = [this](void* data) {
             for (int i = 0; i < 4; ++i)
                 if (data == Item(i)) return "i" + std::to_string(i);
@@ -109,13 +92,13 @@ protected:
     ~CollectionTest() override { col.RemoveEventListener(&log); }
     CXmlObjectBase* Item(int i) const { return items[i].Get(); }
     void LetGo() {
-        for (CSmartPtr<CTracked>& item : items)
+        for (CSmartPtr<CRecorder>& item : items)
             item.Reset();
     }
 
     int destroyed = 0;
     CPlainCol col;
-    CSmartPtr<CTracked> items[4];
+    CSmartPtr<CRecorder> items[4];
     CEventLog log;
 };
 
@@ -134,7 +117,7 @@ TEST_F(CollectionTest, AddRaisesAddLinksThenCompletesAndChanges) {
 }
 
 TEST_F(CollectionTest, RemoveAndClearRaiseEventsWithoutIndexAndReleaseTheItems) {
-    for (const CSmartPtr<CTracked>& item : items)
+    for (const CSmartPtr<CRecorder>& item : items)
         col.AppendItem(item);
     const Items rest{Item(0), Item(2), Item(3)};
     LetGo();
@@ -191,7 +174,7 @@ TEST_F(CollectionTest, AddItemAtInsertsBeforeTheIndexAndAppendsAtTheCount) {
     EXPECT_EQ(expected, col.Backward());
 
     col.AddEventListener(&log);
-    CSmartPtr<CTracked> extra = new CTracked(&destroyed);
+    CSmartPtr<CRecorder> extra = new CRecorder(&destroyed);
     EXPECT_EQ("Index out of range", FailureOf<CQvInvalidParamException>([&] { col.AddItemAt(5, extra); }));
     EXPECT_EQ("Index out of range", FailureOf<CQvInvalidParamException>([&] { col.AddItemAt(-1, extra); }));
     EXPECT_TRUE(log.m_log.empty());
@@ -280,7 +263,7 @@ TEST(CollectionBase, CountsAgainstTheBounds) {
         int destroyed = 0;
         CPlainCol col(c.minOccurs, c.maxOccurs);
         for (int i = 0; i < c.count; ++i)
-            col.AppendItem(new CTracked(&destroyed));
+            col.AppendItem(new CRecorder(&destroyed));
         SCOPED_TRACE(std::to_string(c.minOccurs) + ".." + std::to_string(c.maxOccurs) + " with " +
                      std::to_string(c.count));
         EXPECT_EQ(c.failure == nullptr, col.IsValidCount(strict));
@@ -406,7 +389,7 @@ TEST(CollectionAttributes, AreThoseOfEveryItemInOrder) {
 TEST(VariantCollectionKind, HoldsACountedReference) {
     int destroyed = 0;
     CPlainCol* col = new CPlainCol();
-    col->AppendItem(new CTracked(&destroyed));
+    col->AppendItem(new CRecorder(&destroyed));
     QvVariant value;
     value.SetXmlCollection(col);
     EXPECT_EQ(ItemType_XmlCollection, value.GetItemType());
