@@ -7,7 +7,6 @@
 #include "binding/XmlSerializationContext.h"
 #include "foundation/QvException.h"
 #include "support/TestClasses.h"
-#include "support/TestClasses.h"
 #include "support/TestSupport.h"
 #include "values/QvVariant.h"
 

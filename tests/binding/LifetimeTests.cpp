@@ -8,7 +8,6 @@
 #include "binding/XmlSerializationContext.h"
 #include "foundation/QvException.h"
 #include "support/TestClasses.h"
-#include "support/TestClasses.h"
 #include "support/TestSupport.h"
 
 using namespace QvXmlLib10;

@@ -13,7 +13,6 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "support/TestClasses.h"
-#include "support/TestClasses.h"
 #include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
