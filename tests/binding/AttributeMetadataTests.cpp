@@ -122,7 +122,10 @@ TEST(AttributeMetadata, ReadingFailuresWithTheirChains) {
     // The unknown attribute passes when ignored.
     CXmlSerializationContext lenient;
     lenient.SetIgnoreUnknownAttributes(true);
-    EXPECT_EQ(Read("count=\"1\" t:shape=\"circle\" t:other=\"1\"", lenient)->Collection<CAttributeCol>(CHolder::P_any)->GetCount(), 0);
+    EXPECT_EQ(Read("count=\"1\" t:shape=\"circle\" t:other=\"1\"", lenient)
+                  ->Collection<CAttributeCol>(CHolder::P_any)
+                  ->GetCount(),
+              0);
 
     // A conversion failure passes up as it is, inside the driver's chain.
     const std::string badCount = WrappedFailureOf([] { Read("count=\"x\" t:shape=\"circle\""); });

@@ -137,7 +137,9 @@ TEST(GeneratedClassReading, ElementUnderAnotherNameKeepsThatNameAndCollectionsGo
                   "<Item n='2'><label>b</label></Item><Extra n='2'><label>e</label></Extra><tag>t</tag></Order>",
                   IgnoringUnknown());
     ASSERT_EQ(2, order.Collection<CObjectCol>(COrder::P_items)->GetCount());
-    EXPECT_EQ("b", static_cast<CItem*>(order.Collection<CObjectCol>(COrder::P_items)->Item(1))->Property(CItem::P_label).GetString());
+    EXPECT_EQ("b", static_cast<CItem*>(order.Collection<CObjectCol>(COrder::P_items)->Item(1))
+                       ->Property(CItem::P_label)
+                       .GetString());
     EXPECT_EQ((std::vector<std::string>{"t"}), order.Collection<CStringCol>(COrder::P_tags)->Values());
     const CSmartPtr<CXmlObjectBase> extra = order.Property(COrder::P_Extra).GetXmlObject();
     ASSERT_TRUE(extra);
@@ -255,7 +257,7 @@ struct BadGroupTables : CTableDefaults {
     enum { P_unused, kProperties };
     static constexpr const char* kName = "Bad";
     static void Build(QvXmlLib10Data::CParentElementInfo*& parent, QvXmlLib10Data::CElementInfo**& elements,
-                              QvXmlLib10Data::CAttributeInfo**& attributes) {
+                      QvXmlLib10Data::CAttributeInfo**& attributes) {
         parent = new QvXmlLib10Data::CParentElementInfo(static_cast<QvXmlLib10Data::XmlElementGroupType>(7),
                                                         QvXmlLib10Data::XmlElementType_Element, "Bad", kNs, true, false,
                                                         -1, ItemType_Invalid, nullptr, false);

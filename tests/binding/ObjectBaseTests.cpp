@@ -2,6 +2,7 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "support/Recorder.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -83,24 +84,14 @@ TEST(ObjectBase, SmartPointerHoldsOneReference) {
 
 TEST(ObjectBase, PropertyChecks) {
     CRecorder value;
-    EXPECT_NO_THROW(CXmlObjectBase::Throw_IfPropertyIsNull(&value, "Name"));
-    try {
-        CXmlObjectBase::Throw_IfPropertyIsNull(nullptr, "Name");
-        FAIL();
-    } catch (const CQvInvalidParamException& e) {
-        EXPECT_EQ(e.GetFullMessage(), "The Property [Name] is mandatory, it may node be NULL");
-    }
-
     value.SetElementName("street");
+    EXPECT_NO_THROW(CXmlObjectBase::Throw_IfPropertyIsNull(&value, "Name"));
     EXPECT_NO_THROW(CXmlObjectBase::Throw_IfElementNameDiffers(nullptr, "city"));
     EXPECT_NO_THROW(CXmlObjectBase::Throw_IfElementNameDiffers(&value, "street"));
-    try {
-        CXmlObjectBase::Throw_IfElementNameDiffers(&value, "city");
-        FAIL();
-    } catch (const CQvInvalidParamException& e) {
-        EXPECT_EQ(e.GetFullMessage(), "This property requrires an element with the name city the element being set "
-                                      "has the element name street");
-    }
+    EXPECT_EQ("The Property [Name] is mandatory, it may node be NULL",
+              FailureOf<CQvInvalidParamException>([] { CXmlObjectBase::Throw_IfPropertyIsNull(nullptr, "Name"); }));
+    EXPECT_EQ("This property requrires an element with the name city the element being set has the element name street",
+              FailureOf<CQvInvalidParamException>([&] { CXmlObjectBase::Throw_IfElementNameDiffers(&value, "city"); }));
 }
 
 namespace {
@@ -156,18 +147,9 @@ TEST(ObjectBase, ChoiceBookkeeping) {
     };
     for (const ChoiceCase& c : cases) {
         std::string selected = c.selectedBefore;
-        if (c.message.empty()) {
-            EXPECT_NO_THROW(c.call(selected)) << c.description;
-            EXPECT_EQ(selected, c.selectedAfter) << c.description;
-        } else {
-            try {
-                c.call(selected);
-                ADD_FAILURE() << c.description << ": no exception";
-            } catch (const CQvInvalidStateException& e) {
-                EXPECT_EQ(e.GetFullMessage(), c.message) << c.description;
-                EXPECT_EQ(selected, c.selectedBefore) << c.description;
-            }
-        }
+        const std::string failure = FailureOf<CQvInvalidStateException>([&] { c.call(selected); });
+        EXPECT_EQ(c.message.empty() ? "no exception" : c.message, failure) << c.description;
+        EXPECT_EQ(c.message.empty() ? c.selectedAfter : c.selectedBefore, selected) << c.description;
     }
 }
 

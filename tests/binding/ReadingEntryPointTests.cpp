@@ -56,7 +56,6 @@ void ReadAllRoutes(const std::string& utf8, const std::wstring& wide, const std:
     EXPECT_EQ(Summary(fromBytes), expected) << "byte block";
 }
 
-
 } // namespace
 
 TEST(ReadingEntryPoints, AllRoutesReadTheSameDocumentWithNamespaces) {

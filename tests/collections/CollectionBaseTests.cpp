@@ -14,7 +14,6 @@
 #include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
-
 using namespace QvXmlLib10;
 using QvXmlTest::CObjectCol;
 using QvXmlTest::CRecorder;

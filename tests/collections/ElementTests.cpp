@@ -13,7 +13,6 @@
 #include "support/HandOrder.h"
 #include "support/TestSupport.h"
 
-
 using namespace QvXmlLib10;
 using QvXmlTest::CHandOrder;
 

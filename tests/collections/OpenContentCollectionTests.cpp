@@ -13,7 +13,6 @@
 #include "foundation/Streams.h"
 #include "support/TestSupport.h"
 
-
 using namespace QvXmlLib10;
 
 namespace {

@@ -79,9 +79,21 @@ TEST(ConvertUTF, EachDirectionAtTheBoundaries) {
         {Convert(u8to16, Octets("\xC3("), 16), "| 0"},
         {Convert(u8to16, Octets("ab\xE2\x82"), 16), "61 62 | 0"},
         // Pairs are written whole or not at all.
-        {Convert(u8to16, Octets("a\xF0\x9F\x98\x80" "b"), 8), "61 D83D DE00 62 | 4"},
-        {Convert(u8to16, Octets("a\xF0\x9F\x98\x80" "b"), 2), "61 | 4"},
-        {Convert(u8to16, Octets("a\xF0\x9F\x98\x80" "b"), 0), "| 4"},
+        {Convert(u8to16,
+                 Octets("a\xF0\x9F\x98\x80"
+                        "b"),
+                 8),
+         "61 D83D DE00 62 | 4"},
+        {Convert(u8to16,
+                 Octets("a\xF0\x9F\x98\x80"
+                        "b"),
+                 2),
+         "61 | 4"},
+        {Convert(u8to16,
+                 Octets("a\xF0\x9F\x98\x80"
+                        "b"),
+                 0),
+         "| 4"},
         {Convert(u32to8, good, 16), "41 C3 A9 E2 82 AC F0 9F 98 80 | 10"},
         {Convert(u32to16, good, 16), "41 E9 20AC D83D DE00 | 5"},
         // Above U+10FFFF: U+FFFD in UTF-8, refused in UTF-16; surrogates refused in both.

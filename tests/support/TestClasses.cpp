@@ -94,8 +94,9 @@ QVXML_PLAIN(SeqAB)
 
 QVXML_TABLES(AllABC, "AllABC") {
     parent = MakeParent(XmlElementGroupType_All, kName);
-    elements = MakeTable<CElementInfo>({Value<CElementInfoAllPrimMnd>("a", P_a), Value<CElementInfoAllPrimMnd>("b", P_b),
-                                        Value<CElementInfoAllPrimOpt>("c", P_c)});
+    elements =
+        MakeTable<CElementInfo>({Value<CElementInfoAllPrimMnd>("a", P_a), Value<CElementInfoAllPrimMnd>("b", P_b),
+                                 Value<CElementInfoAllPrimOpt>("c", P_c)});
     attributes = MakeTable<CAttributeInfo>({});
 }
 QVXML_PLAIN(AllABC)
@@ -175,9 +176,9 @@ QVXML_PLAIN(ChoiceGroupPQ)
 
 QVXML_TABLES(WithChoiceGroup, "CG") {
     parent = MakeParent(XmlElementGroupType_Sequence, kName);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqClsMnd("ChoiceGroupPQ", kNs, P_group, kPseudo, nullptr, 0, false),
-         Value<CElementInfoSeqPrimOpt>("r", P_r)});
+    elements =
+        MakeTable<CElementInfo>({new CElementInfoSeqClsMnd("ChoiceGroupPQ", kNs, P_group, kPseudo, nullptr, 0, false),
+                                 Value<CElementInfoSeqPrimOpt>("r", P_r)});
     attributes = MakeTable<CAttributeInfo>({});
 }
 QVXML_CONSTRUCT(WithChoiceGroup) { properties[P_group].SetXmlObject(new CChoiceGroupPQ()); }
@@ -224,20 +225,18 @@ QVXML_RESET(Order) { properties[P_Extra].SetInvalid(); }
 
 QVXML_TABLES(Leaf, "Leaf") {
     parent = MakeParent(XmlElementGroupType_Sequence, kName);
-    elements = MakeTable<CElementInfo>(
-        {Value<CElementInfoSeqPrimMnd>("v", P_v, ItemType_string, false, kNoFacets,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve)});
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>("v", P_v, ItemType_string, false, kNoFacets,
+                                                                      CWhitespaceUtils::WhitespaceRule_Preserve)});
     attributes = MakeTable<CAttributeInfo>({});
 }
 QVXML_PLAIN(Leaf)
 
 QVXML_TABLES(Pair, "Pair") {
     parent = MakeParent(XmlElementGroupType_Sequence, kName, kPseudo, false);
-    elements = MakeTable<CElementInfo>(
-        {Value<CElementInfoSeqPrimMnd>("x", P_x, ItemType_string, false, kNoFacets,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve),
-         Value<CElementInfoSeqPrimOpt>("y", P_y, ItemType_string, false, kNoFacets,
-                                       CWhitespaceUtils::WhitespaceRule_Preserve)});
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>("x", P_x, ItemType_string, false, kNoFacets,
+                                                                      CWhitespaceUtils::WhitespaceRule_Preserve),
+                                        Value<CElementInfoSeqPrimOpt>("y", P_y, ItemType_string, false, kNoFacets,
+                                                                      CWhitespaceUtils::WhitespaceRule_Preserve)});
     attributes = MakeTable<CAttributeInfo>({Attribute("pa", P_pa, true, ItemType_string)});
 }
 QVXML_PLAIN(Pair)
@@ -259,12 +258,23 @@ QVXML_PLAIN(Host)
 CSmartPtr<CXmlObjectBase> CreateTestObject(int classId, const char* name) {
     CSmartPtr<CXmlObjectBase> object;
     switch (classId) {
-    case ClassId_Item: object = new CItem(); break;
-    case ClassId_InnerChoice: object = new CInnerChoice(); break;
-    case ClassId_GroupXY: object = new CGroupXY(); break;
-    case ClassId_Leaf: object = new CLeaf(); break;
-    case ClassId_Pair: object = new CPair(); break;
-    default: return object;
+    case ClassId_Item:
+        object = new CItem();
+        break;
+    case ClassId_InnerChoice:
+        object = new CInnerChoice();
+        break;
+    case ClassId_GroupXY:
+        object = new CGroupXY();
+        break;
+    case ClassId_Leaf:
+        object = new CLeaf();
+        break;
+    case ClassId_Pair:
+        object = new CPair();
+        break;
+    default:
+        return object;
     }
     object->SetElementName(name);
     return object;
@@ -284,8 +294,7 @@ int TextToColor(const char* text) {
     return -1;
 }
 
-CStringCol::CStringCol(const char* elementName, int minOccurs, int maxOccurs, bool checkCount,
-                       const char* namespaceUri)
+CStringCol::CStringCol(const char* elementName, int minOccurs, int maxOccurs, bool checkCount, const char* namespaceUri)
     : CXmlTypeCollection(ItemType_string, elementName, namespaceUri, minOccurs, maxOccurs, nullptr, -1, -1, nullptr,
                          nullptr, nullptr, nullptr, -1, CWhitespaceUtils::WhitespaceRule_None, nullptr),
       m_checkCount(checkCount) {}
@@ -347,9 +356,9 @@ CXmlElement* CObjectCol::FromXml_Int(CXmlElement* parent, CXmlElement* first, co
     }
     while (element != nullptr && DoesElementNameMatch(context, element, m_elementName.c_str(), m_namespace.c_str())) {
         const CSmartPtr<CXmlObjectBase> item =
-            m_kind == Kind_Shape ? CreateShape(element)
-                                 : CreateTestObject(m_kind == Kind_Item ? ClassId_Item : ClassId_Leaf,
-                                                    m_elementName.c_str());
+            m_kind == Kind_Shape
+                ? CreateShape(element)
+                : CreateTestObject(m_kind == Kind_Item ? ClassId_Item : ClassId_Leaf, m_elementName.c_str());
         if (!item) break;
         CXmlObjectBase::FromXml_Int(item, element, element->GetFirstElement(), context);
         AppendItem(item);

@@ -215,7 +215,14 @@ QVXML_TEST_CLASS(Circle, P_r);
 QVXML_TEST_CLASS(Host, P_0, P_1);
 
 // Class numbers of the creation function.
-enum TestClassId { ClassId_Item = 1, ClassId_InnerChoice, ClassId_GroupXY, ClassId_Leaf, ClassId_Pair, ClassId_None = 99 };
+enum TestClassId {
+    ClassId_Item = 1,
+    ClassId_InnerChoice,
+    ClassId_GroupXY,
+    ClassId_Leaf,
+    ClassId_Pair,
+    ClassId_None = 99
+};
 
 // The creation function, in the form generated code has; ClassId_None gives null.
 QvXmlLib10::CSmartPtr<QvXmlLib10::CXmlObjectBase> CreateTestObject(int classId, const char* name);

@@ -89,9 +89,8 @@ using ::WrappedFailureOf;
 
 // A context with the settings given on (nullptr members stay off); defaultNamespace
 // makes the output need no prefix for it.
-inline QvXmlLib10::CXmlSerializationContext
-Context(bool ignoreUnknown, bool ignoreMissing = false, bool ignoreCounts = false,
-        const char* defaultNamespace = nullptr) {
+inline QvXmlLib10::CXmlSerializationContext Context(bool ignoreUnknown, bool ignoreMissing = false,
+                                                    bool ignoreCounts = false, const char* defaultNamespace = nullptr) {
     QvXmlLib10::CXmlSerializationContext context;
     context.SetIgnoreUnknownElements(ignoreUnknown);
     context.SetIgnoreMissingMandatoryElements(ignoreMissing);

@@ -195,8 +195,9 @@ TEST(RestrictionTest, PatternIsTakenFromTheLocalCodePage) {
     // through the locale conversion to UTF-8.
     REQUIRE_UTF8_LOCALE(locale);
     ScopedAsciiOnly ascii(false);
-    EXPECT_EQ("pass",
-              Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9{2}")); }));
+    EXPECT_EQ("pass", Outcome([] {
+                  H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9{2}"));
+              }));
     EXPECT_EQ("pass", Outcome([] {
                   H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, -1, -1, "\\p{IsLatin-1Supplement}"));
               }));
