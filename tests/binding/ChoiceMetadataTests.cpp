@@ -25,7 +25,7 @@ const XmlElementType kPseudo = XmlElementType_Pseudo;
 const CPrimitiveRestrictions kNoFacets;
 const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
-// S: a strict choice, of collections with a minimum of 1 only.
+// S: a choice of collections only, strict with a minimum of 1, loose with a minimum of 0.
 template <int Minimum> struct CollectionChoiceTables : CTableDefaults {
     enum { P_pc, P_many, kProperties };
     static constexpr const char* kName = "S";
@@ -43,6 +43,7 @@ template <int Minimum> struct CollectionChoiceTables : CTableDefaults {
     }
 };
 using CStrict = CTableClass<CollectionChoiceTables<1>>;
+using CLoose = CTableClass<CollectionChoiceTables<0>>;
 CSmartPtr<CXmlObjectBase> CreateStrict(int /*classId*/, const char* name) {
     CSmartPtr<CXmlObjectBase> object = new CStrict();
     object->SetElementName(name);
@@ -180,6 +181,28 @@ TEST(ChoiceMetadata, ValidateIsNeverToBeCalled) {
     const CElementInfoChoicePrimCol info("pc", kNs, 0);
     EXPECT_EQ("Not implemented, should never be called",
               FailureOf([&] { info.Validate(CXmlSerializationContext::m_defaultContext, nullptr, false, true); }));
+}
+
+// A choice may stay empty when a member is optional or a collection of minimum 0;
+// otherwise it fails on reading and on writing.
+TEST(ChoiceMetadata, WhenAChoiceMayStayEmpty) {
+    CSmartPtr<CChooser> optional = new CChooser();
+    CSmartPtr<CLoose> loose = new CLoose();
+    CSmartPtr<CStrict> strict = new CStrict();
+    EXPECT_TRUE(optional->DoesElementContainOptionalElements());
+    EXPECT_TRUE(loose->DoesElementContainOptionalElements());
+    EXPECT_FALSE(strict->DoesElementContainOptionalElements());
+    EXPECT_EQ("no exception", WrappedFailureOf([&] { optional->FromXml("<Ch xmlns='urn:t'/>"); }));
+    EXPECT_EQ("<Ch xmlns=\"urn:t\"/>", WriteXml(*optional, InT()));
+    EXPECT_EQ("no exception", WrappedFailureOf([&] { loose->FromXml("<S xmlns='urn:t'/>"); }));
+    EXPECT_EQ("<S xmlns=\"urn:t\"/>", WriteXml(*loose, InT()));
+    EXPECT_EQ("Failed to process the element [S]\nNo child elements within the element [S] were populated. The "
+              "element represents a choice, so one and only one element should be populated. The element contained "
+              "no sutable child elements",
+              WrappedFailureOf([&] { strict->FromXml("<S xmlns='urn:t'/>"); }));
+    EXPECT_EQ("Failed to convert the element [S] to XML\nThis element is a choice, and as such must have at one (and "
+              "only one) valid item, currently there are none set",
+              WrappedFailureOf([&] { WriteXml(*strict, InT()); }));
 }
 
 } // namespace
