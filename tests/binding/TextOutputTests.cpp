@@ -146,3 +146,24 @@ TEST(TextOutput, WriterFailurePassesThroughUnwrapped) {
     CBroken broken;
     EXPECT_EQ(FailureOf<CQvException>([&] { broken.ToXml(); }), "Attributes must be added before elements");
 }
+
+// ToXml copies a text of many blocks into one string.
+TEST(TextOutput, LongOutputSpanningManyBlocksIsWhole) {
+    CHandOrder order;
+    order.FromXml(SOURCE);
+    for (int i = 0; i < 2000; ++i) {
+        CSmartPtr<QvXmlTest::CHandLine> line(new QvXmlTest::CHandLine);
+        line->sku = "S-" + std::to_string(i);
+        line->quantity = std::to_string(i % 7);
+        line->description = std::string(static_cast<size_t>(i % 50), 'd');
+        order.lines.push_back(line);
+    }
+    const std::string text = order.ToXml(false, true, EOLType_CRLF);
+    EXPECT_GT(text.size(), 100000u);
+    EXPECT_EQ(text, Bytes(order.ToXmlStream(false, true, XmlEncoding_UTF8, EOLType_CRLF)));
+    CHandOrder reread;
+    reread.FromXml(text.c_str());
+    EXPECT_EQ(reread.ToXml(false, true, EOLType_CRLF), text);
+    ASSERT_EQ(reread.lines.size(), 2002u);
+    EXPECT_EQ(reread.lines.back()->sku, "S-1999");
+}
