@@ -6,7 +6,7 @@
 #include "collections/AttributeCollections.h"
 #include "collections/Element.h"
 #include "support/TestClasses.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;

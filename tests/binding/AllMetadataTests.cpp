@@ -9,8 +9,8 @@
 #include "binding/metadata/AllElementInfo.h"
 #include "collections/Element.h"
 #include "foundation/QvException.h"
-#include "support/FamilyClasses.h"
-#include "support/TestWriting.h"
+#include "support/TestClasses.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -23,40 +23,6 @@ const XmlElementType kElement = XmlElementType_Element;
 const XmlElementType kPseudo = XmlElementType_Pseudo;
 const CPrimitiveRestrictions kNoFacets;
 const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
-
-// A: a (i4), b (string, optional), e (colour), f (colour, optional), Leaf (required),
-// Opt (an optional Leaf), u (untyped), w (untyped from another namespace, optional),
-// the group Pair (optional, its attribute pa on A's element), and up to 2 c strings.
-struct AllTables : CTableDefaults {
-    enum { P_a, P_b, P_e, P_f, P_leaf, P_opt, P_u, P_w, P_pair, P_c, kProperties };
-    static constexpr const char* kName = "A";
-    static void Construct(QvVariant* properties) {
-        properties[P_leaf].SetXmlObject(new CLeaf());
-        properties[P_u].SetXmlObject(new CElement("u", "", "##any", ""));
-        properties[P_c].SetXmlCollection(new CPlainStringCol("c", 0, 2));
-    }
-    static void Reset(QvVariant* properties) {
-        for (int index : {P_opt, P_w, P_pair})
-            properties[index].SetInvalid();
-    }
-    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-        parent = MakeParent(XmlElementGroupType_All, kName, kElement, false);
-        elements = MakeTable<CElementInfo>({
-            new CElementInfoAllPrimMnd("a", kNs, P_a, false, ItemType_i4, nullptr, kCollapse, kNoFacets),
-            new CElementInfoAllPrimOpt("b", kNs, P_b, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-            new CElementInfoAllEnumMnd("e", kNs, P_e, false, ColorToText, TextToColor),
-            new CElementInfoAllEnumOpt("f", kNs, P_f, true, ColorToText, TextToColor),
-            new CElementInfoAllClsMnd("Leaf", kNs, P_leaf, kElement, CreateFamilyObject, FamilyClass_Leaf, true),
-            new CElementInfoAllClsOpt("Opt", kNs, P_opt, kElement, CreateFamilyObject, FamilyClass_Leaf),
-            new CElementInfoAllUntpdMnd("u", kNs, P_u, "##any", kNs),
-            new CElementInfoAllUntpdOpt("w", kNs, P_w, "##other", kNs),
-            new CElementInfoAllClsOpt("Pair", kNs, P_pair, kPseudo, CreateFamilyObject, FamilyClass_Pair),
-            new CConcrete<CElementInfoAllPrimCol>("c", kNs, P_c),
-        });
-        attributes = MakeTable<CAttributeInfo>({});
-    }
-};
-using CAll = CTableClass<AllTables>;
 
 // B: the abstract Shape (mandatory) and Spare (optional).
 struct AbstractTables : CTableDefaults {
@@ -77,9 +43,6 @@ std::string Read(CXmlObjectBase& object, const char* body,
                  const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
     return WrappedFailureOf([&] { object.FromXml(body, context); });
 }
-
-// ---------------------------------------------------------------------------------------------
-// Single members at the cursor
 
 TEST(AllMetadata, ValuesAnswerWhetherTheyReadTheElementAtTheCursor) {
     CSmartPtr<CHost> host = new CHost();
@@ -171,8 +134,8 @@ TEST(AllMetadata, ChildrenAnswerWhetherTheyTookSomething) {
     EXPECT_EQ("1", Describe(pair->Property(PairTables::P_x)));
 
     CSmartPtr<CHost> fresh = new CHost();
-    CElementInfoAllClsOpt optional("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_Leaf);
-    CElementInfoAllClsOpt optionalGroup("Pair", kNs, 1, kPseudo, CreateFamilyObject, FamilyClass_Pair);
+    CElementInfoAllClsOpt optional("Opt", kNs, 0, kElement, CreateTestObject, ClassId_Leaf);
+    CElementInfoAllClsOpt optionalGroup("Pair", kNs, 1, kPseudo, CreateTestObject, ClassId_Pair);
     EXPECT_EQ((COffer{false, "x"}), Offer(optional, *fresh, "<x/>", kElement));
     EXPECT_EQ((COffer{false, "null"}), Offer(optionalGroup, *fresh, "", kElement));
     EXPECT_EQ((COffer{false, "z"}), Offer(optionalGroup, *fresh, "<z/>", kElement));
@@ -233,7 +196,7 @@ TEST(AllMetadata, CollectionsStayOpenAndAreCountedOnlyOnWriting) {
     CConcrete<CElementInfoAllUntpdCol> untyped("c", kNs, 0);
     for (CElementInfo* info : std::initializer_list<CElementInfo*>{&prim, &child, &shape, &untyped}) {
         CSmartPtr<CHost> host = new CHost();
-        host->Property(0).SetXmlCollection(new CPlainStringCol("c", 3, 3));
+        host->Property(0).SetXmlCollection(new CStringCol("c", 3, 3));
         EXPECT_EQ((COffer{false, "x"}), Offer(*info, *host, "<c>1</c><c>2</c><x/>", kElement));
         EXPECT_EQ((COffer{false, "x"}), Offer(*info, *host, "<x/>", kPseudo));
         EXPECT_EQ("#2", Describe(host->Property(0)));
@@ -245,38 +208,6 @@ TEST(AllMetadata, CollectionsStayOpenAndAreCountedOnlyOnWriting) {
         EXPECT_TRUE(info->ElementToXml(IgnoringCounts(), host, &writer));
         EXPECT_EQ("<c{urn:t} \"1\" /> <c{urn:t} \"2\" />", writer.m_log);
     }
-}
-
-// ---------------------------------------------------------------------------------------------
-// Whole classes
-
-TEST(AllMetadata, MembersReadInAnyOrderAndWriteInTableOrder) {
-    CSmartPtr<CAll> object = new CAll();
-    EXPECT_EQ("no exception",
-              Read(*object, "<A xmlns='urn:t' pa='P'><c>c1</c><w xmlns='urn:o'/><Opt><v>o</v></Opt><u>U</u>"
-                            "<f>blue</f><x>1</x><Leaf><v>l</v></Leaf><e>green</e><b>B</b><a>7</a><c>c2</c></A>"));
-    EXPECT_EQ("#2", Describe(object->Property(AllTables::P_c)));
-    EXPECT_EQ("<A xmlns=\"urn:t\" pa=\"P\"><a>7</a><b>B</b><e>green</e><f>blue</f><Leaf><v>l</v></Leaf>"
-              "<Opt><v>o</v></Opt><u>U</u><AA:w xmlns:AA=\"urn:o\"/><x>1</x><c>c1</c><c>c2</c></A>",
-              WriteXml(*object, InT()));
-
-    // Only the mandatory members; the optional ones stay out.
-    EXPECT_EQ("no exception", Read(*object, "<A xmlns='urn:t'><u/><Leaf><v>l</v></Leaf><e>red</e><a>1</a></A>"));
-    EXPECT_EQ("<A xmlns=\"urn:t\"><a>1</a><e>red</e><Leaf><v>l</v></Leaf><u/></A>", WriteXml(*object, InT()));
-}
-
-TEST(AllMetadata, AbstractMembersAreWritten) {
-    CSmartPtr<CAbstract> object = new CAbstract();
-    CCircle* const circle = new CCircle();
-    circle->SetElementName("Shape");
-    circle->Property(CircleTables::P_r).SetI4(4);
-    object->Property(AbstractTables::P_shape).SetXmlObject(circle);
-    EXPECT_EQ("<B xmlns=\"urn:t\"><Shape xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type=\"Circle\">"
-              "<r>4</r></Shape></B>",
-              WriteXml(*object, InT()));
-    object->Property(AbstractTables::P_spare).SetXmlObject(circle);
-    circle->SetElementName("Circle");
-    EXPECT_EQ("<B xmlns=\"urn:t\"><Circle><r>4</r></Circle><Circle><r>4</r></Circle></B>", WriteXml(*object, InT()));
 }
 
 } // namespace

@@ -10,9 +10,8 @@
 #include "collections/AttributeCollections.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
-#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -32,18 +31,13 @@ int TextToShape(const char* text) { return std::strcmp(text, "square") == 0 ? Sh
 // count (i4, at most 10), the optional ratio (r8, default "1.0") and size (string,
 // default "medium"), the optional color and the required shape in urn:t
 // (enumerations), and the wildcard for attributes of other namespaces than urn:t.
-class CHolder : public QvXmlTest::CTestGenerated<CHolder, 6> {
-public:
-    enum { P_count, P_ratio, P_size, P_color, P_shape, P_any };
-
-    CHolder() {
-        SetElementName("Holder");
-        Property(P_any).SetXmlCollection(new CAttributeCol("", "##other", T_NS));
+struct HolderTables : QvXmlTest::CTableDefaults {
+    enum { P_count, P_ratio, P_size, P_color, P_shape, P_any, kProperties };
+    static constexpr const char* kName = "Holder";
+    static void Construct(QvVariant* properties) {
+        properties[P_any].SetXmlCollection(new CAttributeCol("", "##other", T_NS));
     }
-    void Init() override { ResetValues(); }
-    CAttributeCol* GetAny() const { return static_cast<CAttributeCol*>(Property(P_any).GetXmlCollection().Get()); }
-
-    static void BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
+    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
         parent = new CParentElementInfo(XmlElementGroupType_Sequence, XmlElementType_Element, "Holder", T_NS, true,
                                         false, -1, ItemType_Invalid, nullptr, false);
         elements = new CElementInfo* [1] { nullptr };
@@ -62,6 +56,7 @@ public:
         };
     }
 };
+using CHolder = QvXmlTest::CTableClass<HolderTables>;
 
 const char BASE[] = "<t:Holder xmlns:t=\"urn:t\" xmlns:o=\"urn:o\" ";
 
@@ -89,7 +84,7 @@ TEST(AttributeMetadata, ReadsEachKindAndCollectsTheRestWithoutDuplicateTest) {
     EXPECT_EQ(holder->Property(CHolder::P_size).GetString(), " big ");
     EXPECT_EQ(holder->Property(CHolder::P_color).GetI4(), Shape_Square);
     EXPECT_EQ(holder->Property(CHolder::P_shape).GetI4(), Shape_Square);
-    EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}x=1 {urn:o}y=2 {}z=3 ");
+    EXPECT_EQ(Attributes(*holder->Collection<CAttributeCol>(CHolder::P_any)), "{urn:o}x=1 {urn:o}y=2 {}z=3 ");
 
     // Every offer to the wildcard adds, without a test for a name it holds already.
     CXmlDocument document;
@@ -99,7 +94,7 @@ TEST(AttributeMetadata, ReadsEachKindAndCollectsTheRestWithoutDuplicateTest) {
         for (const auto& attribute : document.GetDocumentElement()->GetAttributes())
             EXPECT_TRUE(
                 any.AttributeFromXml(CXmlSerializationContext::m_defaultContext, holder.Get(), attribute.get()));
-    EXPECT_EQ(Attributes(*holder->GetAny()),
+    EXPECT_EQ(Attributes(*holder->Collection<CAttributeCol>(CHolder::P_any)),
               "{urn:o}x=1 {urn:o}y=2 {}z=3 {urn:a}n=1 {urn:b}n=2 {urn:a}n=1 {urn:b}n=2 ");
 }
 
@@ -127,7 +122,10 @@ TEST(AttributeMetadata, ReadingFailuresWithTheirChains) {
     // The unknown attribute passes when ignored.
     CXmlSerializationContext lenient;
     lenient.SetIgnoreUnknownAttributes(true);
-    EXPECT_EQ(Read("count=\"1\" t:shape=\"circle\" t:other=\"1\"", lenient)->GetAny()->GetCount(), 0);
+    EXPECT_EQ(Read("count=\"1\" t:shape=\"circle\" t:other=\"1\"", lenient)
+                  ->Collection<CAttributeCol>(CHolder::P_any)
+                  ->GetCount(),
+              0);
 
     // A conversion failure passes up as it is, inside the driver's chain.
     const std::string badCount = WrappedFailureOf([] { Read("count=\"x\" t:shape=\"circle\""); });
@@ -149,7 +147,7 @@ TEST(AttributeMetadata, IgnoringNamespacesReachesEnumerationsButNotPrimitives) {
     holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"4\" o:shape=\"square\"/>", context);
     EXPECT_EQ(holder->Property(CHolder::P_count).GetI4(), 4);
     EXPECT_EQ(holder->Property(CHolder::P_shape).GetI4(), Shape_Square);
-    EXPECT_EQ(holder->GetAny()->GetCount(), 0);
+    EXPECT_EQ(holder->Collection<CAttributeCol>(CHolder::P_any)->GetCount(), 0);
 
     // Without ignoring namespaces, shape outside urn:t goes to the wildcard.
     CXmlSerializationContext strict;
@@ -157,7 +155,7 @@ TEST(AttributeMetadata, IgnoringNamespacesReachesEnumerationsButNotPrimitives) {
     EXPECT_EQ(WrappedFailureOf(
                   [&] { holder->FromXml("<Holder xmlns:o=\"urn:o\" count=\"4\" o:shape=\"square\"/>", strict); }),
               "Failed to process the element [Holder]\nFailed to find the required Attribute [shape]");
-    EXPECT_EQ(Attributes(*holder->GetAny()), "{urn:o}shape=square ");
+    EXPECT_EQ(Attributes(*holder->Collection<CAttributeCol>(CHolder::P_any)), "{urn:o}shape=square ");
 }
 
 TEST(AttributeMetadata, WritesDefaultsUnlessAskedToLeaveThemOut) {
@@ -172,7 +170,7 @@ TEST(AttributeMetadata, WritesDefaultsUnlessAskedToLeaveThemOut) {
     holder->Property(CHolder::P_ratio).SetR8(1.0);
     holder->Property(CHolder::P_size).SetString("medium");
     holder->Property(CHolder::P_color).SetI4(Shape_Circle);
-    holder->GetAny()->Add("extra", "e", "urn:o");
+    holder->Collection<CAttributeCol>(CHolder::P_any)->Add("extra", "e", "urn:o");
     const char all[] = "<AA:Holder xmlns:AA=\"urn:t\" count=\"2\" ratio=\"1\" size=\"medium\" color=\"circle\" "
                        "AA:shape=\"circle\" xmlns:AB=\"urn:o\" AB:extra=\"e\"/>";
     EXPECT_EQ(holder->ToXml(false, false, EOLType_LF, context), all);

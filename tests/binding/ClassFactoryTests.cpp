@@ -7,7 +7,7 @@
 #include "binding/XmlSerializationContext.h"
 #include "document/XmlDocument.h"
 #include "support/TestClasses.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;

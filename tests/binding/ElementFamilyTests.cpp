@@ -9,8 +9,9 @@
 #include "binding/metadata/AllElementInfo.h"
 #include "binding/metadata/ChoiceElementInfo.h"
 #include "binding/metadata/SequenceElementInfo.h"
-#include "support/FamilyClasses.h"
-#include "support/TestWriting.h"
+#include "collections/Element.h"
+#include "support/TestClasses.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -104,7 +105,7 @@ TEST(ElementFamilies, PseudoChildrenWriteTheirAttributesOnTheEnclosingElement) {
 // a class that breaks this contract gets an exception, not a crash.
 TEST(ElementFamilies, PropertiesWithoutTheirObjectOrCollectionAreRefused) {
     CSmartPtr<CHost> host = new CHost();
-    host->Property(1).SetXmlCollection(new CPlainStringCol("a", 0, -1));
+    host->Property(1).SetXmlCollection(new CStringCol("a", 0, -1));
     CElementInfoSeqClsMnd child("Leaf", kNs, 0, XmlElementType_Element, nullptr, 0, false);
     CElementInfoAllUntpdMnd untyped("AnyElement", kNs, 0, "##any", "");
     CElementInfoChoicePrimCol values("pc", kNs, 0);
@@ -122,6 +123,74 @@ TEST(ElementFamilies, PropertiesWithoutTheirObjectOrCollectionAreRefused) {
     EXPECT_FALSE(
         CElementInfoSeqPrimCol("pc", kNs, 0).ElementToXml(CXmlSerializationContext::m_defaultContext, host, &writer));
     EXPECT_EQ("", writer.m_log);
+}
+
+// Every member kind writes what its property holds, and nothing for an unset property.
+TEST(ElementFamilies, EveryMemberWritesWhatItsPropertyHolds) {
+    const XmlElementType kElement = XmlElementType_Element;
+    const auto leaf = [](QvVariant& property) {
+        CLeaf* const object = new CLeaf();
+        object->Property(LeafTables::P_v).SetString("l");
+        property.SetXmlObject(object);
+    };
+    const auto shape = [](QvVariant& property) {
+        CCircle* const circle = new CCircle();
+        circle->SetElementName("Shape");
+        circle->Property(CircleTables::P_r).SetI4(4);
+        property.SetXmlObject(circle);
+    };
+    const auto untyped = [](QvVariant& property) {
+        CElement* const element = new CElement("w", "urn:o");
+        element->SetText("u");
+        property.SetXmlObject(element);
+    };
+    const auto green = [](QvVariant& property) { property.SetI4(1); };
+    const auto strings = [](QvVariant& property) {
+        CStringCol* const col = new CStringCol("c", 0, -1);
+        col->m_values = {"red", "blue"};
+        property.SetXmlCollection(col);
+    };
+    const std::string leafText = "<Leaf{urn:t} <v{urn:t} \"l\" /> />";
+    const std::string shapeText = "<Shape{urn:t} @type{urn:t}Circle <r{urn:t} \"4\" /> />";
+    const std::string untypedText = "<w{urn:o} \"u\" />";
+    const std::string greenText = "<e{urn:t} \"green\" />";
+    const std::string stringsText = "<c{urn:t} \"red\" /> <c{urn:t} \"blue\" />";
+    struct Row {
+        std::unique_ptr<CElementInfo> info;
+        std::function<void(QvVariant&)> set;
+        std::string written;
+    };
+    Row rows[] = {
+        {std::make_unique<CElementInfoSeqEnumMnd>("e", kNs, 0, false, ColorToText, TextToColor), green, greenText},
+        {std::make_unique<CElementInfoSeqEnumOpt>("e", kNs, 0, false, ColorToText, TextToColor), green, greenText},
+        {std::make_unique<CElementInfoSeqEnumCol>("c", kNs, 0), strings, stringsText},
+        {std::make_unique<CElementInfoSeqAbsClsOpt>("Shape", kNs, 0, kElement, CreateShape), shape, shapeText},
+        {std::make_unique<CElementInfoSeqUntpdMnd>("w", kNs, 0, "##any", ""), untyped, untypedText},
+        {std::make_unique<CElementInfoSeqUntpdOpt>("w", kNs, 0, "##any", ""), untyped, untypedText},
+        {std::make_unique<CElementInfoAllEnumMnd>("e", kNs, 0, false, ColorToText, TextToColor), green, greenText},
+        {std::make_unique<CElementInfoAllEnumOpt>("e", kNs, 0, false, ColorToText, TextToColor), green, greenText},
+        {std::make_unique<CElementInfoAllClsMnd>("Leaf", kNs, 0, kElement, nullptr, 0, false), leaf, leafText},
+        {std::make_unique<CElementInfoAllClsOpt>("Leaf", kNs, 0, kElement, nullptr, 0), leaf, leafText},
+        {std::make_unique<CElementInfoAllAbsClsMnd>("Shape", kNs, 0, kElement, CreateShape, 0), shape, shapeText},
+        {std::make_unique<CElementInfoAllAbsClsOpt>("Shape", kNs, 0, kElement, CreateShape), shape, shapeText},
+        {std::make_unique<CElementInfoAllUntpdMnd>("w", kNs, 0, "##any", ""), untyped, untypedText},
+        {std::make_unique<CElementInfoAllUntpdOpt>("w", kNs, 0, "##any", ""), untyped, untypedText},
+        {std::make_unique<CElementInfoChoiceEnumOpt>("e", kNs, 0, false, ColorToText, TextToColor), green, greenText},
+        {std::make_unique<CElementInfoChoiceEnumCol>("c", kNs, 0), strings, stringsText},
+        {std::make_unique<CElementInfoChoicePrimCol>("c", kNs, 0), strings, stringsText},
+        {std::make_unique<CElementInfoChoiceAbsClsOpt>("Shape", kNs, 0, kElement, CreateShape), shape, shapeText},
+        {std::make_unique<CElementInfoChoiceUntpdOpt>("w", kNs, 0, "##any", ""), untyped, untypedText},
+    };
+    for (Row& row : rows) {
+        CSmartPtr<CHost> host = new CHost();
+        CRecordingWriter unset;
+        EXPECT_FALSE(row.info->ElementToXml(CXmlSerializationContext::m_defaultContext, host, &unset)) << row.written;
+        EXPECT_EQ("", unset.m_log);
+        row.set(host->Property(0));
+        CRecordingWriter writer;
+        EXPECT_TRUE(row.info->ElementToXml(CXmlSerializationContext::m_defaultContext, host, &writer)) << row.written;
+        EXPECT_EQ(row.written, writer.m_log);
+    }
 }
 
 } // namespace

@@ -7,9 +7,8 @@
 #include "binding/XmlSerializationContext.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
-#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
-#include "support/TestWriting.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -137,9 +136,11 @@ TEST(GeneratedClassReading, ElementUnderAnotherNameKeepsThatNameAndCollectionsGo
     order.FromXml("<Order xmlns='urn:t' code='c'><name>n</name><Item n='1'><label>a</label></Item><x/>"
                   "<Item n='2'><label>b</label></Item><Extra n='2'><label>e</label></Extra><tag>t</tag></Order>",
                   IgnoringUnknown());
-    ASSERT_EQ(2, order.GetItems()->GetCount());
-    EXPECT_EQ("b", order.GetItems()->Item(1)->Property(CItem::P_label).GetString());
-    EXPECT_EQ((std::vector<std::string>{"t"}), order.GetTags()->Values());
+    ASSERT_EQ(2, order.Collection<CObjectCol>(COrder::P_items)->GetCount());
+    EXPECT_EQ("b", static_cast<CItem*>(order.Collection<CObjectCol>(COrder::P_items)->Item(1))
+                       ->Property(CItem::P_label)
+                       .GetString());
+    EXPECT_EQ((std::vector<std::string>{"t"}), order.Collection<CStringCol>(COrder::P_tags)->Values());
     const CSmartPtr<CXmlObjectBase> extra = order.Property(COrder::P_Extra).GetXmlObject();
     ASSERT_TRUE(extra);
     EXPECT_EQ("Extra", extra->GetElementName());
@@ -165,7 +166,7 @@ TEST(GeneratedClassReading, NilElementSkipsChildrenAndTextUntilTheNextRead) {
 TEST(GeneratedClassReading, PseudoGroupsReadAmongTheParentsChildrenOrHandBackTheirCursor) {
     CWithGroup object;
     object.FromXml("<G xmlns='urn:t' g='1' ga='2'><a>A</a><x>X</x><y>Y</y><z>Z</z></G>");
-    CGroupXY* const group = object.GetGroup();
+    CGroupXY* const group = object.Object<CGroupXY>(CWithGroup::P_group);
     EXPECT_EQ("A", object.Property(CWithGroup::P_a).GetString());
     EXPECT_EQ("X", group->Property(CGroupXY::P_x).GetString());
     EXPECT_EQ("Y", group->Property(CGroupXY::P_y).GetString());
@@ -176,21 +177,21 @@ TEST(GeneratedClassReading, PseudoGroupsReadAmongTheParentsChildrenOrHandBackThe
     EXPECT_EQ("GroupXY", group->GetElementName());
     object.FromXml("<G xmlns='urn:t'><a>A</a><z>Z</z></G>");
     EXPECT_EQ("Z", object.Property(CWithGroup::P_z).GetString());
-    EXPECT_FALSE(object.GetGroup()->Property(CGroupXY::P_x).IsValid());
+    EXPECT_FALSE(object.Object<CGroupXY>(CWithGroup::P_group)->Property(CGroupXY::P_x).IsValid());
     object.FromXml("<G xmlns='urn:t'><z>Z</z></G>");
     EXPECT_EQ("<none>", Text(object.Property(CWithGroup::P_a)));
 
     CWithChoiceGroup choice;
     choice.FromXml("<CG xmlns='urn:t'><q>Q</q><r>R</r></CG>");
-    EXPECT_EQ("Q", choice.GetGroup()->Property(CChoiceGroupPQ::P_q).GetString());
+    EXPECT_EQ("Q", choice.Object<CChoiceGroupPQ>(CWithChoiceGroup::P_group)->Property(CChoiceGroupPQ::P_q).GetString());
     EXPECT_EQ("R", choice.Property(CWithChoiceGroup::P_r).GetString());
     // A choice group that matches nothing is no error.
     choice.FromXml("<CG xmlns='urn:t'><r>R</r></CG>");
-    EXPECT_FALSE(choice.GetGroup()->Property(CChoiceGroupPQ::P_q).IsValid());
+    EXPECT_FALSE(choice.Object<CChoiceGroupPQ>(CWithChoiceGroup::P_group)->Property(CChoiceGroupPQ::P_q).IsValid());
     EXPECT_EQ("R", choice.Property(CWithChoiceGroup::P_r).GetString());
     // The enclosing sequence passes over x and offers p to the group again.
     choice.FromXml("<CG xmlns='urn:t'><x/><p>P</p></CG>", IgnoringUnknown());
-    EXPECT_EQ("P", choice.GetGroup()->Property(CChoiceGroupPQ::P_p).GetString());
+    EXPECT_EQ("P", choice.Object<CChoiceGroupPQ>(CWithChoiceGroup::P_group)->Property(CChoiceGroupPQ::P_p).GetString());
 }
 
 TEST(GeneratedClassReading, AllReadsInAnyOrderAndChoiceTakesTheFirstMemberThatFits) {
@@ -248,16 +249,15 @@ TEST(GeneratedClassReading, FailureThreeLevelsDownGivesFourLinesOutermostFirst) 
     // Values read before a failure stay.
     EXPECT_NE("no exception",
               WrappedFailureOf([&] { object.FromXml("<L1 xmlns='urn:t'><L2><L3><v>4</v><w/></L3></L2></L1>"); }));
-    EXPECT_EQ(4, object.GetL2()->GetL3()->Property(CLevel3::P_v).GetI4());
+    EXPECT_EQ(4, object.Object<CLevel2>(CLevel1::P_L2)->Object<CLevel3>(CLevel2::P_L3)->Property(CLevel3::P_v).GetI4());
 }
 
 // A class whose header names no walk.
-class CBadGroup : public CTestGenerated<CBadGroup, 1> {
-public:
-    CBadGroup() { SetElementName("Bad"); }
-    void Init() override {}
-    static void BuildMetaData(QvXmlLib10Data::CParentElementInfo*& parent, QvXmlLib10Data::CElementInfo**& elements,
-                              QvXmlLib10Data::CAttributeInfo**& attributes) {
+struct BadGroupTables : CTableDefaults {
+    enum { P_unused, kProperties };
+    static constexpr const char* kName = "Bad";
+    static void Build(QvXmlLib10Data::CParentElementInfo*& parent, QvXmlLib10Data::CElementInfo**& elements,
+                      QvXmlLib10Data::CAttributeInfo**& attributes) {
         parent = new QvXmlLib10Data::CParentElementInfo(static_cast<QvXmlLib10Data::XmlElementGroupType>(7),
                                                         QvXmlLib10Data::XmlElementType_Element, "Bad", kNs, true, false,
                                                         -1, ItemType_Invalid, nullptr, false);
@@ -265,6 +265,7 @@ public:
         attributes = new QvXmlLib10Data::CAttributeInfo* [1] { nullptr };
     }
 };
+using CBadGroup = CTableClass<BadGroupTables>;
 
 TEST(GeneratedClassReading, UnknownGroupTypeOnReadingAndWriting) {
     CBadGroup object;

@@ -6,9 +6,8 @@
 #include "binding/XmlGeneratedClass.h"
 #include "binding/XmlSerializationContext.h"
 #include "foundation/QvException.h"
-#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
-#include "support/TestWriting.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -51,7 +50,7 @@ TEST(GeneratedClassWriting, RootAdditionsComeInTheirOrder) {
 
     // Below the root none of them is written again.
     CLevel1 levels;
-    levels.GetL2()->GetL3()->Property(CLevel3::P_v).SetI4(1);
+    levels.Object<CLevel2>(CLevel1::P_L2)->Object<CLevel3>(CLevel2::P_L3)->Property(CLevel3::P_v).SetI4(1);
     EXPECT_EQ("pi(one) pi(two) xmlns:p=urn:p xmlns:q=urn:q xmlns=urn:d <L1{urn:t} schema(<xs:schema/>) "
               "<L2{urn:t} <L3{urn:t} <v{urn:t} \"1\" /> /> /> />",
               RecordXml(levels, context));
@@ -91,7 +90,7 @@ TEST(GeneratedClassWriting, PseudoChildAttributesLandBehindTheClassesOwn) {
     object.Property(CWithGroup::P_g).SetString("1");
     object.Property(CWithGroup::P_a).SetString("A");
     object.Property(CWithGroup::P_z).SetString("Z");
-    CGroupXY* const group = object.GetGroup();
+    CGroupXY* const group = object.Object<CGroupXY>(CWithGroup::P_group);
     group->Property(CGroupXY::P_ga).SetString("2");
     group->Property(CGroupXY::P_x).SetString("X");
     EXPECT_EQ("<G{urn:t} @g{}=1 @ga{}=2 <a{urn:t} \"A\" /> <x{urn:t} \"X\" /> <z{urn:t} \"Z\" /> />",
@@ -123,9 +122,9 @@ TEST(GeneratedClassWriting, CollectionsAndOptionalChildren) {
     COrder order;
     order.Property(COrder::P_code).SetString("c");
     order.Property(COrder::P_name).SetString("n");
-    order.GetItems()->AppendItem(NewItem(1, "a"));
-    order.GetItems()->AppendItem(NewItem(2, "b"));
-    order.GetTags()->AddFromString("t");
+    order.Collection<CObjectCol>(COrder::P_items)->AppendItem(NewItem(1, "a"));
+    order.Collection<CObjectCol>(COrder::P_items)->AppendItem(NewItem(2, "b"));
+    order.Collection<CStringCol>(COrder::P_tags)->AddFromString("t");
     EXPECT_EQ("<Order xmlns=\"urn:t\" code=\"c\"><name>n</name><Item n=\"1\"><label>a</label></Item>"
               "<Item n=\"2\"><label>b</label></Item><tag>t</tag></Order>",
               WriteXml(order, InT()));
@@ -148,7 +147,7 @@ TEST(GeneratedClassWriting, CollectionCountIsCheckedUnlessIgnoredAndAttributeFai
 
     // Attribute failures are wrapped twice.
     order.Property(COrder::P_code).SetInvalid();
-    order.GetItems()->AppendItem(NewItem(1, "a"));
+    order.Collection<CObjectCol>(COrder::P_items)->AppendItem(NewItem(1, "a"));
     EXPECT_EQ("Failed to convert the element [Order] to XML\nFailed to convert attributes to XML\nInvalid Type 0 to "
               "convert to string",
               WrappedFailureOf([&] { RecordXml(order); }));
@@ -162,11 +161,11 @@ TEST(GeneratedClassWriting, CollectionCountIsCheckedUnlessIgnoredAndAttributeFai
 
 TEST(GeneratedClassWriting, FailureThreeLevelsDownGivesFourLinesOutermostFirst) {
     CLevel1 levels;
-    levels.GetL2()->GetL3()->Property(CLevel3::P_v).SetI4(11);
+    levels.Object<CLevel2>(CLevel1::P_L2)->Object<CLevel3>(CLevel2::P_L3)->Property(CLevel3::P_v).SetI4(11);
     EXPECT_EQ("Failed to convert the element [L1] to XML\nFailed to convert the element [L2] to XML\n"
               "Failed to convert the element [L3] to XML\nInvalid Value for v [11]",
               WrappedFailureOf([&] { WriteXml(levels); }));
-    levels.GetL2()->GetL3()->Property(CLevel3::P_v).SetI4(10);
+    levels.Object<CLevel2>(CLevel1::P_L2)->Object<CLevel3>(CLevel2::P_L3)->Property(CLevel3::P_v).SetI4(10);
     EXPECT_EQ("<L1 xmlns=\"urn:t\"><L2><L3><v>10</v></L3></L2></L1>", WriteXml(levels, InT()));
 }
 

@@ -7,9 +7,8 @@
 #include "binding/XmlGeneratedClass.h"
 #include "binding/XmlSerializationContext.h"
 #include "foundation/QvException.h"
-#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
-#include "support/TestWriting.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlTest;
@@ -76,7 +75,7 @@ TEST(Lifetime, ManyConversionsReleaseEveryObject) {
                   "collection is 3",
                   Convert(OrderText(i, 4), context));
         CSmartPtr<COrder> order = new COrder();
-        order->GetItems()->AppendItem(new CItem());
+        order->Collection<CObjectCol>(COrder::P_items)->AppendItem(new CItem());
         order->Property(COrder::P_code).SetString("c");
         order->Property(COrder::P_Extra).SetXmlObject(new CItem());
         EXPECT_THROW(WriteXml(*order, context), CQvValidationException);

@@ -12,9 +12,8 @@
 #include "binding/metadata/ParentElementInfo.h"
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
-#include "support/FamilyClasses.h"
 #include "support/TestClasses.h"
-#include "support/TestWriting.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -117,7 +116,7 @@ TEST(ElementInfo, ChildObjectIsWrittenUnderItsOwnNameInTheMetadatasNamespace) {
 TEST(ElementInfo, CollectionIsWrittenWhenItHasItems) {
     Host host;
     const CElementInfoSeqPrimCol info("tag", "urn:m", 0);
-    CSmartPtr<CTestStringCol> tags = new CTestStringCol("tag", "urn:c", 0, -1);
+    CSmartPtr<CStringCol> tags = new CStringCol("tag", 0, -1, true, "urn:c");
     host.value.SetXmlCollection(tags);
     EXPECT_FALSE(info.ElementToXmlCol(host.context, &host.object, &host.writer));
     tags->AddFromString("x");

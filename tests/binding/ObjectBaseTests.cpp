@@ -2,6 +2,7 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "support/Recorder.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -13,22 +14,9 @@
 using namespace QvXmlLib10;
 using QvXmlTest::CRecorder;
 
-namespace {
-
-class CCounted : public CRecorder {
-public:
-    explicit CCounted(int* destroyed) : m_destroyed(destroyed) {}
-    ~CCounted() override { ++*m_destroyed; }
-
-private:
-    int* m_destroyed;
-};
-
-} // namespace
-
 TEST(ObjectBase, ReferenceCountStartsAtZeroAndOnlyTheReleaseReachingZeroDeletes) {
     int destroyed = 0;
-    CCounted* object = new CCounted(&destroyed);
+    CRecorder* object = new CRecorder(&destroyed);
     EXPECT_EQ(object->AddRef(), 1);
     EXPECT_EQ(object->AddRef(), 2);
     EXPECT_EQ(object->Release(), 1);
@@ -38,7 +26,7 @@ TEST(ObjectBase, ReferenceCountStartsAtZeroAndOnlyTheReleaseReachingZeroDeletes)
 
     // A Release below zero does not delete.
     {
-        CCounted onStack(&destroyed);
+        CRecorder onStack(&destroyed);
         EXPECT_EQ(onStack.Release(), -1);
         EXPECT_EQ(destroyed, 1);
         EXPECT_EQ(onStack.AddRef(), 0);
@@ -49,7 +37,7 @@ TEST(ObjectBase, ReferenceCountStartsAtZeroAndOnlyTheReleaseReachingZeroDeletes)
 
 TEST(ObjectBase, AddRefAndReleaseFromSeveralThreads) {
     int destroyed = 0;
-    CCounted* object = new CCounted(&destroyed);
+    CRecorder* object = new CRecorder(&destroyed);
     object->AddRef();
     std::atomic<bool> go{false};
     std::vector<std::thread> threads;
@@ -74,14 +62,14 @@ TEST(ObjectBase, AddRefAndReleaseFromSeveralThreads) {
 TEST(ObjectBase, SmartPointerHoldsOneReference) {
     int destroyed = 0;
     {
-        CSmartPtr<CCounted> first(new CCounted(&destroyed));
+        CSmartPtr<CRecorder> first(new CRecorder(&destroyed));
         {
-            CSmartPtr<CCounted> second = first;
+            CSmartPtr<CRecorder> second = first;
             CSmartPtr<CXmlObjectBase> asBase = second;
             EXPECT_EQ(first->AddRef(), 4);
             first->Release();
         }
-        CSmartPtr<CCounted> moved = std::move(first);
+        CSmartPtr<CRecorder> moved = std::move(first);
         EXPECT_FALSE(first);
         EXPECT_EQ(destroyed, 0);
         moved = moved; // self-assignment keeps the object
@@ -89,31 +77,21 @@ TEST(ObjectBase, SmartPointerHoldsOneReference) {
     }
     EXPECT_EQ(destroyed, 1);
 
-    CSmartPtr<CCounted> reset(new CCounted(&destroyed));
+    CSmartPtr<CRecorder> reset(new CRecorder(&destroyed));
     reset.Reset();
     EXPECT_EQ(destroyed, 2);
 }
 
 TEST(ObjectBase, PropertyChecks) {
     CRecorder value;
-    EXPECT_NO_THROW(CXmlObjectBase::Throw_IfPropertyIsNull(&value, "Name"));
-    try {
-        CXmlObjectBase::Throw_IfPropertyIsNull(nullptr, "Name");
-        FAIL();
-    } catch (const CQvInvalidParamException& e) {
-        EXPECT_EQ(e.GetFullMessage(), "The Property [Name] is mandatory, it may node be NULL");
-    }
-
     value.SetElementName("street");
+    EXPECT_NO_THROW(CXmlObjectBase::Throw_IfPropertyIsNull(&value, "Name"));
     EXPECT_NO_THROW(CXmlObjectBase::Throw_IfElementNameDiffers(nullptr, "city"));
     EXPECT_NO_THROW(CXmlObjectBase::Throw_IfElementNameDiffers(&value, "street"));
-    try {
-        CXmlObjectBase::Throw_IfElementNameDiffers(&value, "city");
-        FAIL();
-    } catch (const CQvInvalidParamException& e) {
-        EXPECT_EQ(e.GetFullMessage(), "This property requrires an element with the name city the element being set "
-                                      "has the element name street");
-    }
+    EXPECT_EQ("The Property [Name] is mandatory, it may node be NULL",
+              FailureOf<CQvInvalidParamException>([] { CXmlObjectBase::Throw_IfPropertyIsNull(nullptr, "Name"); }));
+    EXPECT_EQ("This property requrires an element with the name city the element being set has the element name street",
+              FailureOf<CQvInvalidParamException>([&] { CXmlObjectBase::Throw_IfElementNameDiffers(&value, "city"); }));
 }
 
 namespace {
@@ -169,18 +147,9 @@ TEST(ObjectBase, ChoiceBookkeeping) {
     };
     for (const ChoiceCase& c : cases) {
         std::string selected = c.selectedBefore;
-        if (c.message.empty()) {
-            EXPECT_NO_THROW(c.call(selected)) << c.description;
-            EXPECT_EQ(selected, c.selectedAfter) << c.description;
-        } else {
-            try {
-                c.call(selected);
-                ADD_FAILURE() << c.description << ": no exception";
-            } catch (const CQvInvalidStateException& e) {
-                EXPECT_EQ(e.GetFullMessage(), c.message) << c.description;
-                EXPECT_EQ(selected, c.selectedBefore) << c.description;
-            }
-        }
+        const std::string failure = FailureOf<CQvInvalidStateException>([&] { c.call(selected); });
+        EXPECT_EQ(c.message.empty() ? "no exception" : c.message, failure) << c.description;
+        EXPECT_EQ(c.message.empty() ? c.selectedAfter : c.selectedBefore, selected) << c.description;
     }
 }
 

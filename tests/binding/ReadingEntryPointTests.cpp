@@ -2,6 +2,7 @@
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
 #include "support/Recorder.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -55,12 +56,6 @@ void ReadAllRoutes(const std::string& utf8, const std::wstring& wide, const std:
     EXPECT_EQ(Summary(fromBytes), expected) << "byte block";
 }
 
-class AsciiOnlyScope {
-public:
-    AsciiOnlyScope() { ASCIIOnly(true); }
-    ~AsciiOnlyScope() { ASCIIOnly(false); }
-};
-
 } // namespace
 
 TEST(ReadingEntryPoints, AllRoutesReadTheSameDocumentWithNamespaces) {
@@ -82,7 +77,7 @@ TEST(ReadingEntryPoints, AllRoutesWithoutNamespacesAndWithCdataKept) {
 }
 
 TEST(ReadingEntryPoints, AllRoutesWithNonAsciiText) {
-    AsciiOnlyScope ascii; // ASCIIOnly(true): the local code page is UTF-8
+    ScopedAsciiOnly ascii(true); // ASCIIOnly(true): the local code page is UTF-8
     const std::string xml = "<caf\xC3\xA9 p=\"\xE2\x82\xAC\">\xC3\xA9t\xC3\xA9</caf\xC3\xA9>";
     const std::wstring wide = L"<caf\u00e9 p=\"\u20ac\">\u00e9t\u00e9</caf\u00e9>";
     ReadAllRoutes(xml, wide, "caf\xC3\xA9{} local=caf\xC3\xA9 text=\xC3\xA9t\xC3\xA9 @p{}=\xE2\x82\xAC",

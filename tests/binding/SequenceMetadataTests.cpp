@@ -10,8 +10,8 @@
 #include "collections/AttributeCollections.h"
 #include "collections/Element.h"
 #include "foundation/QvException.h"
-#include "support/FamilyClasses.h"
-#include "support/TestWriting.h"
+#include "support/TestClasses.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
@@ -24,110 +24,6 @@ const XmlElementType kElement = XmlElementType_Element;
 const XmlElementType kPseudo = XmlElementType_Pseudo;
 const CPrimitiveRestrictions kNoFacets;
 const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
-
-// V: p (i4, nillable), o (string), e (colour, nillable), f (colour), pc (0 to 2
-// strings), ec (any number of colours, as text).
-struct ValuesTables : CTableDefaults {
-    enum { P_p, P_o, P_e, P_f, P_pc, P_ec, kProperties };
-    static constexpr const char* kName = "V";
-    static void Construct(QvVariant* properties) {
-        properties[P_pc].SetXmlCollection(new CPlainStringCol("pc", 0, 2));
-        properties[P_ec].SetXmlCollection(new CPlainStringCol("ec", 0, -1));
-    }
-    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-        parent = MakeParent(XmlElementGroupType_Sequence, kName);
-        elements = MakeTable<CElementInfo>({
-            new CElementInfoSeqPrimMnd("p", kNs, P_p, true, ItemType_i4, nullptr, kCollapse, kNoFacets),
-            new CElementInfoSeqPrimOpt("o", kNs, P_o, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-            new CElementInfoSeqEnumMnd("e", kNs, P_e, true, ColorToText, TextToColor),
-            new CElementInfoSeqEnumOpt("f", kNs, P_f, false, ColorToText, TextToColor),
-            new CElementInfoSeqPrimCol("pc", kNs, P_pc),
-            new CElementInfoSeqEnumCol("ec", kNs, P_ec),
-        });
-        attributes = MakeTable<CAttributeInfo>({});
-    }
-};
-using CValues = CTableClass<ValuesTables>;
-
-// O: Leaf (mandatory), Opt (an optional Leaf), Many (1 to 3 Leafs), Shape (mandatory
-// abstract), Spare (optional abstract), Shapes (abstract, any number).
-struct ObjectsTables : CTableDefaults {
-    enum { P_leaf, P_opt, P_many, P_shape, P_spare, P_shapes, kProperties };
-    static constexpr const char* kName = "O";
-    static void Construct(QvVariant* properties) {
-        properties[P_leaf].SetXmlObject(new CLeaf());
-        properties[P_many].SetXmlCollection(new CObjectCol("Many", CObjectCol::Kind_Leaf, 1, 3));
-        properties[P_shapes].SetXmlCollection(new CObjectCol("Shapes", CObjectCol::Kind_Shape, 0, -1));
-    }
-    static void Reset(QvVariant* properties) {
-        for (int index : {P_opt, P_shape, P_spare})
-            properties[index].SetInvalid();
-    }
-    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-        parent = MakeParent(XmlElementGroupType_Sequence, kName);
-        elements = MakeTable<CElementInfo>({
-            new CElementInfoSeqClsMnd("Leaf", kNs, P_leaf, kElement, CreateFamilyObject, FamilyClass_Leaf, false),
-            new CElementInfoSeqClsOpt("Opt", kNs, P_opt, kElement, CreateFamilyObject, FamilyClass_Leaf),
-            new CElementInfoSeqClsCol("Many", kNs, P_many, kElement),
-            new CElementInfoSeqAbsClsMnd("Shape", kNs, P_shape, kElement, CreateShape),
-            new CElementInfoSeqAbsClsOpt("Spare", kNs, P_spare, kElement, CreateShape),
-            new CElementInfoSeqAbsClsCol("Shapes", kNs, P_shapes, kElement),
-        });
-        attributes = MakeTable<CAttributeInfo>({});
-    }
-};
-using CObjects = CTableClass<ObjectsTables>;
-
-// G: the group Pair (mandatory, and required), Pairs (any number of Pair groups) and
-// an optional z. Its element carries the attributes of the groups.
-struct GroupsTables : CTableDefaults {
-    enum { P_pair, P_pairs, P_z, kProperties };
-    static constexpr const char* kName = "G";
-    static void Construct(QvVariant* properties) {
-        properties[P_pair].SetXmlObject(new CPair());
-        properties[P_pairs].SetXmlCollection(new CObjectCol("Pair", CObjectCol::Kind_Pair, 0, -1));
-    }
-    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-        parent = MakeParent(XmlElementGroupType_Sequence, kName, kElement, false);
-        elements = MakeTable<CElementInfo>({
-            new CElementInfoSeqClsMnd("Pair", kNs, P_pair, kPseudo, CreateFamilyObject, FamilyClass_Pair, true),
-            new CElementInfoSeqClsCol("Pair", kNs, P_pairs, kPseudo),
-            new CElementInfoSeqPrimOpt("z", kNs, P_z, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-        });
-        attributes = MakeTable<CAttributeInfo>({});
-    }
-};
-using CGroups = CTableClass<GroupsTables>;
-
-// U: any (any element, mandatory), w (optional, from another namespace than kNs),
-// rest (any number of elements of any name).
-struct OpenTables : CTableDefaults {
-    enum { P_any, P_w, P_rest, kProperties };
-    static constexpr const char* kName = "U";
-    static void Construct(QvVariant* properties) {
-        properties[P_any].SetXmlObject(new CElement("any", "", "##any", ""));
-        properties[P_rest].SetXmlCollection(new CElementCol("", "##any", "", 0, -1));
-    }
-    static void Reset(QvVariant* properties) { properties[P_w].SetInvalid(); }
-    static void Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-        parent = MakeParent(XmlElementGroupType_Sequence, kName);
-        elements = MakeTable<CElementInfo>({
-            new CElementInfoSeqUntpdMnd("AnyElement", kNs, P_any, "##any", kNs),
-            new CElementInfoSeqUntpdOpt("w", kNs, P_w, "##other", kNs),
-            new CElementInfoSeqUntpdCol("AnyElement", kNs, P_rest),
-        });
-        attributes = MakeTable<CAttributeInfo>({});
-    }
-};
-using COpen = CTableClass<OpenTables>;
-
-std::string Read(CXmlObjectBase& object, const char* body,
-                 const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) {
-    return WrappedFailureOf([&] { object.FromXml(body, context); });
-}
-
-// ---------------------------------------------------------------------------------------------
-// Single members at the cursor
 
 TEST(SequenceMetadata, MandatoryValuesSeekTheirElementAsTheSettingsSay) {
     CSmartPtr<CHost> host = new CHost();
@@ -263,8 +159,8 @@ TEST(SequenceMetadata, MandatoryPseudoChildAnswersByWhetherItTookSomething) {
 
 TEST(SequenceMetadata, OptionalChildIsCreatedOnlyWhenItsElementOrGroupIsThere) {
     CSmartPtr<CHost> host = new CHost();
-    CElementInfoSeqClsOpt own("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_Leaf);
-    CElementInfoSeqClsOpt group("Pair", kNs, 1, kPseudo, CreateFamilyObject, FamilyClass_Pair);
+    CElementInfoSeqClsOpt own("Opt", kNs, 0, kElement, CreateTestObject, ClassId_Leaf);
+    CElementInfoSeqClsOpt group("Pair", kNs, 1, kPseudo, CreateTestObject, ClassId_Pair);
     EXPECT_EQ((COffer{true, "x"}), Offer(own, *host, "<x/><Opt/>", kElement, IgnoringUnknown()));
     EXPECT_EQ((COffer{true, "null"}), Offer(group, *host, "", kElement));
     EXPECT_EQ((COffer{true, "z"}), Offer(group, *host, "<z/>", kElement));
@@ -277,7 +173,7 @@ TEST(SequenceMetadata, OptionalChildIsCreatedOnlyWhenItsElementOrGroupIsThere) {
     EXPECT_EQ("b", Describe(ObjectIn<CLeaf>(host->Property(0))->Property(LeafTables::P_v)));
     EXPECT_EQ("2", Describe(ObjectIn<CPair>(host->Property(1))->Property(PairTables::P_y)));
 
-    CElementInfoSeqClsOpt uncreatable("Opt", kNs, 0, kElement, CreateFamilyObject, FamilyClass_None);
+    CElementInfoSeqClsOpt uncreatable("Opt", kNs, 0, kElement, CreateTestObject, ClassId_None);
     EXPECT_EQ("The class 99 of the element [Opt] could not be created",
               FailureOf([&] { Offer(uncreatable, *host, "<Opt/>", kElement); }));
 }
@@ -328,7 +224,7 @@ TEST(SequenceMetadata, CollectionReadsItsElementsAndChecksTheCount) {
     };
     for (const Row& row : rows) {
         CSmartPtr<CHost> host = new CHost();
-        host->Property(0).SetXmlCollection(new CPlainStringCol("pc", 1, 2));
+        host->Property(0).SetXmlCollection(new CStringCol("pc", 1, 2));
         CElementInfoSeqPrimCol info("pc", kNs, 0);
         std::string result;
         const std::string failure = FailureOf([&] {
@@ -401,92 +297,6 @@ TEST(SequenceMetadata, ValidateIsNeverToBeCalled) {
     const CElementInfoSeqPrimCol info("pc", kNs, 0);
     EXPECT_EQ("Not implemented, should never be called",
               FailureOf([&] { info.Validate(CXmlSerializationContext::m_defaultContext, nullptr, true, true); }));
-}
-
-// ---------------------------------------------------------------------------------------------
-// Whole classes
-
-TEST(SequenceMetadata, ValuesReadAndWriteBack) {
-    CSmartPtr<CValues> values = new CValues();
-    EXPECT_EQ("no exception",
-              Read(*values, "<V xmlns='urn:t'><p>7</p><o>x</o><e>green</e><f>blue</f><pc>a</pc><pc>b</pc>"
-                            "<ec>red</ec></V>"));
-    EXPECT_EQ("<V xmlns=\"urn:t\"><p>7</p><o>x</o><e>green</e><f>blue</f><pc>a</pc><pc>b</pc><ec>red</ec></V>",
-              WriteXml(*values, InT()));
-
-    EXPECT_EQ("no exception", Read(*values, "<V xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'>"
-                                            "<p xsi:nil='true'/><e xsi:nil='1'/></V>"));
-    EXPECT_EQ("<V xmlns=\"urn:t\"><p xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:nil=\"true\"/>"
-              "<e xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:nil=\"true\"/></V>",
-              WriteXml(*values, InT()));
-}
-
-TEST(SequenceMetadata, ObjectsReadAndWriteBack) {
-    // The writer declares the schema instance namespace where it is used.
-    const char* const xsi = "xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" AA:type";
-    const std::string text = std::string("<O xmlns=\"urn:t\"><Leaf><v>l</v></Leaf><Opt><v>o</v></Opt>") +
-                             "<Many><v>m1</v></Many><Many><v>m2</v></Many><Shape " + xsi +
-                             "=\"Circle\"><r>1</r></Shape><Spare " + xsi + "=\"Circle\"><r>2</r></Spare><Shapes " +
-                             xsi + "=\"Circle\"><r>3</r></Shapes></O>";
-    CSmartPtr<CObjects> objects = new CObjects();
-    EXPECT_EQ("no exception", Read(*objects, text.c_str()));
-    EXPECT_EQ(text, WriteXml(*objects, InT()));
-
-    // Optional children stay out; an empty collection with a minimum fails on reading
-    // and on writing unless counts are ignored.
-    const char* const bare = "<O xmlns='urn:t'><Leaf><v>l</v></Leaf><Shape xsi:type='Circle' "
-                             "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'><r>1</r></Shape></O>";
-    EXPECT_EQ("Failed to process the element [O]\nThe Minimum number of [Many] elements allowed in this collection "
-              "is 1",
-              Read(*objects, bare));
-    EXPECT_EQ("no exception", Read(*objects, bare, IgnoringCounts()));
-    EXPECT_EQ("Failed to convert the element [O] to XML\nThe Minimum number of [Many] elements allowed in this "
-              "collection is 1",
-              WrappedFailureOf([&] { WriteXml(*objects, InT()); }));
-    CXmlSerializationContext ignoring = InT();
-    ignoring.SetIgnoreInvalidCollectionCounts(true);
-    EXPECT_EQ(std::string("<O xmlns=\"urn:t\"><Leaf><v>l</v></Leaf><Shape ") + xsi + "=\"Circle\"><r>1</r></Shape></O>",
-              WriteXml(*objects, ignoring));
-}
-
-TEST(SequenceMetadata, GroupsReadFromTheEnclosingElementAndWriteTheirAttributesThere) {
-    CSmartPtr<CGroups> groups = new CGroups();
-    EXPECT_EQ("no exception", Read(*groups, "<G xmlns='urn:t' pa='A'><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y>"
-                                            "<z>6</z></G>"));
-    CPair* const pair = ObjectIn<CPair>(groups->Property(GroupsTables::P_pair));
-    EXPECT_EQ("A", Describe(pair->Property(PairTables::P_pa)));
-    CObjectCol* const pairs = CollectionIn<CObjectCol>(groups->Property(GroupsTables::P_pairs));
-    ASSERT_EQ(2, pairs->GetCount());
-    // Every group read the attribute of the element; each writes what it holds.
-    EXPECT_EQ("A", Describe(static_cast<CPair*>(pairs->Item(1))->Property(PairTables::P_pa)));
-    static_cast<CPair*>(pairs->Item(0))->Property(PairTables::P_pa).SetInvalid();
-    static_cast<CPair*>(pairs->Item(1))->Property(PairTables::P_pa).SetInvalid();
-    EXPECT_EQ("<G xmlns=\"urn:t\" pa=\"A\"><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y><z>6</z></G>",
-              WriteXml(*groups, InT()));
-    pair->Property(PairTables::P_pa).SetInvalid();
-    static_cast<CPair*>(pairs->Item(1))->Property(PairTables::P_pa).SetString("B");
-    EXPECT_EQ("<G xmlns=\"urn:t\" pa=\"B\"><x>1</x><y>2</y><x>3</x><x>4</x><y>5</y><z>6</z></G>",
-              WriteXml(*groups, InT()));
-
-    EXPECT_EQ("Failed to process the element [G]\nFailed to find a required element [Pair]",
-              Read(*groups, "<G xmlns='urn:t'><z>6</z></G>"));
-    EXPECT_EQ("Failed to process the element [G]\nFailed to find a required element [Pair]",
-              Read(*groups, "<G xmlns='urn:t'/>"));
-}
-
-TEST(SequenceMetadata, OpenContentReadsAndWritesBack) {
-    const std::string text =
-        "<U xmlns=\"urn:t\"><first a=\"1\">t</first><AA:w xmlns:AA=\"urn:o\">u</AA:w><r1/><r2>v</r2></U>";
-    CSmartPtr<COpen> open = new COpen();
-    EXPECT_EQ("no exception", Read(*open, text.c_str()));
-    EXPECT_EQ("#2", Describe(open->Property(OpenTables::P_rest)));
-    EXPECT_EQ(text, WriteXml(*open, InT()));
-
-    // w of kNs is refused by "##other": the collection takes it.
-    EXPECT_EQ("no exception", Read(*open, "<U xmlns='urn:t'><first/><w/></U>"));
-    EXPECT_EQ("none", Describe(open->Property(OpenTables::P_w)));
-    EXPECT_EQ("Failed to process the element [U]\nFailed to find a required element [AnyElement]",
-              Read(*open, "<U xmlns='urn:t'/>"));
 }
 
 } // namespace

@@ -37,10 +37,6 @@ const char UNFORMATTED[] =
     "<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-1\" AB:quantity=\"2\">gears \"x\"</AC:line>"
     "<AC:line xmlns:AC=\"urn:example:lines\" sku=\"P-2\" AB:quantity=\"1\">table</AC:line></AA:order>";
 
-std::string Bytes(const CBinaryData& data) {
-    return std::string(reinterpret_cast<const char*>(data.GetData()), static_cast<size_t>(data.GetLength()));
-}
-
 std::string ReadFile(const std::string& path) {
     std::ifstream in(path.c_str(), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
@@ -54,22 +50,6 @@ std::string Utf16(const std::string& ascii) {
     }
     return out;
 }
-
-std::string ExpectThrows(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CQvException& e) {
-        EXPECT_EQ(typeid(e), typeid(CQvException));
-        return e.GetFullMessage();
-    }
-    return "no exception";
-}
-
-class AsciiOnlyScope {
-public:
-    AsciiOnlyScope() { ASCIIOnly(true); }
-    ~AsciiOnlyScope() { ASCIIOnly(false); }
-};
 
 } // namespace
 
@@ -96,12 +76,12 @@ TEST(TextOutput, ToXmlStreamEncodings) {
     EXPECT_EQ(Bytes(order.ToXmlStream(true, true, XmlEncoding_UTF16)),
               Utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + body));
     EXPECT_EQ(Bytes(order.ToXmlStream(true, true, XmlEncoding_UTF16NoDecl)), Utf16(FORMATTED));
-    EXPECT_EQ(ExpectThrows([&] { order.ToXmlStream(true, true, XmlEncoding_None); }),
+    EXPECT_EQ(FailureOf<CQvException>([&] { order.ToXmlStream(true, true, XmlEncoding_None); }),
               "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)");
 }
 
 TEST(TextOutput, RoundTripGivesIdenticalBytesInEveryEncoding) {
-    AsciiOnlyScope ascii; // ASCIIOnly(true): the local code page is UTF-8, so non-ASCII text survives
+    ScopedAsciiOnly ascii(true); // ASCIIOnly(true): the local code page is UTF-8, so non-ASCII text survives
     const std::string source =
         std::string(SOURCE).replace(std::string(SOURCE).find("table"), 5, "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80");
     for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoDecl}) {
@@ -120,7 +100,7 @@ TEST(TextOutput, RoundTripGivesIdenticalBytesInEveryEncoding) {
 }
 
 TEST(TextOutput, FilesRoundTripAndUtf16FilesBeginWithByteOrderMark) {
-    AsciiOnlyScope ascii; // ASCIIOnly(true): the local code page is UTF-8
+    ScopedAsciiOnly ascii(true); // ASCIIOnly(true): the local code page is UTF-8
     const std::string path = testing::TempDir() + "qvxml-output.xml";
     for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoDecl}) {
         CHandOrder first;
@@ -143,13 +123,13 @@ TEST(TextOutput, FileFailures) {
     CHandOrder order;
     order.FromXml(SOURCE);
     const std::string unwritable = testing::TempDir() + "no-such-folder/out.xml";
-    EXPECT_EQ(ExpectThrows([&] { order.ToXmlFile(unwritable.c_str()); }),
+    EXPECT_EQ(FailureOf<CQvException>([&] { order.ToXmlFile(unwritable.c_str()); }),
               "Failed to write data to the file [" + unwritable + "]");
 
     // The streaming route writes through a file text sink, which fails at its first flush.
     const std::string path = testing::TempDir() + "qvxml-async.xml";
     AsyncToXmlFile(true);
-    EXPECT_EQ(ExpectThrows([&] { order.ToXmlFile(path.c_str()); }), "Failed to write data to the file");
+    EXPECT_EQ(FailureOf<CQvException>([&] { order.ToXmlFile(path.c_str()); }), "Failed to write data to the file");
     AsyncToXmlFile(false);
     std::remove(path.c_str());
 }
@@ -164,9 +144,10 @@ TEST(TextOutput, WriterFailurePassesThroughUnwrapped) {
         }
     };
     CBroken broken;
-    EXPECT_EQ(ExpectThrows([&] { broken.ToXml(); }), "Attributes must be added before elements");
+    EXPECT_EQ(FailureOf<CQvException>([&] { broken.ToXml(); }), "Attributes must be added before elements");
 }
 
+// ToXml copies a text of many blocks into one string.
 TEST(TextOutput, LongOutputSpanningManyBlocksIsWhole) {
     CHandOrder order;
     order.FromXml(SOURCE);

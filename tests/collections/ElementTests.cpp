@@ -11,9 +11,7 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "support/HandOrder.h"
-#include "support/TestVersion.h"
-
-#include "../foundation/TestHelpers.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
 using QvXmlTest::CHandOrder;

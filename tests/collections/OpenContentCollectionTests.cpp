@@ -11,9 +11,7 @@
 #include "document/XmlTextWriter.h"
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
-#include "support/TestVersion.h"
-
-#include "../foundation/TestHelpers.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
 

@@ -10,7 +10,7 @@
 #include "foundation/Streams.h"
 #include "internal/Limits.h"
 
-#include "../foundation/TestHelpers.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
 
@@ -439,29 +439,6 @@ TEST(TextWriterTest, CloseWithAnOpenElementThrowsAfterClosingTheSink) {
     // An end without an open element is refused as well.
     Fixture g;
     EXPECT_EQ("An Element has not been opened.", FailureOf([&] { g.End(); }));
-}
-
-TEST(TextWriterTest, FlushAtTheEndOfEventsOnceTheStreamHoldsAPage) {
-    Fixture f(false);
-    f.Start("r");
-    f.Text(std::string(4090, 'x'));  // 4093 bytes
-    f.writer.CloseParentElm();       // never flushes
-    f.writer.WriteRawElement("abc"); // never flushes, 4096 now
-    EXPECT_EQ("open;", f.stream.m_log);
-    f.Text("y");
-    f.writer.WriteComment("");
-    f.End();
-    f.writer.WritePI("");
-    f.writer.WriteHeaderDirective("");
-    f.writer.WriteStartDocument();
-    f.Start("s");
-    f.Attr("a", "");
-    f.writer.WriteInlineSchema("");
-    f.End();
-    f.Text(""); // does nothing at all
-    EXPECT_EQ("open;flush@4097;flush@4105;flush@4109;flush@4111;flush@4112;flush@4134;flush@4136;flush@4141;"
-              "flush@4144;flush@4146;",
-              f.stream.m_log);
 }
 
 TEST(TextWriterTest, WriterDestroyedWithManyOpenElementsReleasesThem) {

@@ -178,30 +178,6 @@ TEST_F(OrderFeatureTest, ChoiceReadsOneMemberAndWritesOnlyThatOne) {
     EXPECT_NE(std::string::npos, written.find("</customer><pickupPoint>Kiosk 4</pickupPoint><line ")) << written;
 }
 
-TEST_F(OrderFeatureTest, ChoiceSettersAllowOneMemberAtATime) {
-    CPurchaseOrderChoice& choice = *m_order.GetPurchaseOrderChoice();
-    choice.SetPickupPoint("Kiosk");
-    EXPECT_EQ("The Property [pickupPoint] is already set. Only one element within this class bay be set at a time",
-              FailureOf([&] { choice.SetShipTo(new CAddress()); }));
-    choice.SetPickupPoint("Kiosk 2");
-    choice.SetShipTo(nullptr); // clears nothing: shipTo is not the chosen member
-    EXPECT_EQ("pickupPoint", choice.GetSelected());
-
-    choice.RemovePickupPoint();
-    choice.SetShipTo(new CAddress());
-    EXPECT_EQ("shipTo", choice.GetSelected());
-    EXPECT_EQ("The Property shipTo is already set. Only one element within this class bay be set at a time",
-              FailureOf([&] { choice.SetPickupPoint("Kiosk"); }));
-    EXPECT_FALSE(choice.HasPickupPoint());
-
-    CAddress* renamed = new CAddress();
-    renamed->SetElementName("address");
-    const CSmartPtr<CAddress> keep(renamed);
-    EXPECT_EQ("This property requrires an element with the name shipTo the element being set has the element name "
-              "address",
-              FailureOf([&] { choice.SetShipTo(renamed); }));
-}
-
 // ---------------------------------------------------------------------------------------------
 // The all group, the base type and the model group
 

@@ -16,7 +16,7 @@
 #include "foundation/Encoder.h"
 #include "orders/Orders.h"
 
-#include "../foundation/TestHelpers.h"
+#include "../support/TestSupport.h"
 
 namespace OrderTests {
 

@@ -1,7 +1,7 @@
 #include "foundation/Base64.h"
 #include "foundation/BinaryData.h"
 #include "foundation/QvException.h"
-#include "TestHelpers.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 

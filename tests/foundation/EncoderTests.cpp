@@ -1,10 +1,11 @@
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
-#include "TestHelpers.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -14,11 +15,7 @@ using namespace QvXmlLib10;
 
 namespace {
 
-using U8 = std::vector<unsigned char>;
-using U16 = std::vector<uint16_t>;
 using U32 = std::vector<uint32_t>;
-
-U8 Octets(const std::string& text) { return U8(text.begin(), text.end()); }
 
 std::vector<uint32_t> WideOf(const CBinaryData& data) {
     std::vector<uint32_t> chars(data.GetLength() / sizeof(wchar_t));
@@ -30,120 +27,94 @@ std::vector<uint32_t> WideOf(const CBinaryData& data) {
     return chars;
 }
 
-// Converts with a destination of `room` units and measures with a null one.
-template <class S, class T, class F>
-std::pair<std::vector<T>, unsigned long> Convert(F convert, const std::vector<S>& source, size_t room) {
+// Converts the units `source` with a destination of `room` units, then measures with a
+// null one: "written units in hex | measured count".
+template <class S, class T>
+std::string Convert(unsigned long (*convert)(const S*, const S*, T*, T*), std::vector<uint32_t> units, size_t room) {
+    const std::vector<S> source(units.begin(), units.end());
     std::vector<T> out(room + 1, T(0xEE));
     const unsigned long written = convert(source.data(), source.data() + source.size(), out.data(), out.data() + room);
     EXPECT_EQ(out[room], T(0xEE)) << "wrote past the destination";
-    out.resize(written);
-    const unsigned long measured = convert(source.data(), source.data() + source.size(), nullptr, nullptr);
-    return {out, measured};
+    std::string result;
+    char hex[16];
+    for (unsigned long i = 0; i < written; ++i) {
+        std::snprintf(hex, sizeof hex, "%X ", static_cast<unsigned>(out[i]));
+        result += hex;
+    }
+    return result + "| " + std::to_string(convert(source.data(), source.data() + source.size(), nullptr, nullptr));
 }
+
+std::vector<uint32_t> Octets(const std::string& text) { return {text.begin(), text.end()}; }
 
 } // namespace
 
-TEST(ConvertUTF, Utf8ToUtf32AtTheBoundaries) {
-    struct Case {
-        const char* name;
-        std::string source;
-        U32 written;
-        unsigned long measured;
-    } cases[] = {
-        {"ascii", "abc", {0x61, 0x62, 0x63}, 3},
-        {"two, three and four octets", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", {0xE9, 0x20AC, 0x1F600}, 3},
-        {"largest code point", "\xF4\x8F\xBF\xBF", {0x10FFFF}, 1},
-        {"overlong C0 80", "A\xC0\x80", {0x41}, 0},
-        {"overlong E0 80 80", "\xE0\x80\x80", {}, 0},
-        {"overlong F0 80 80 80", "z\xF0\x80\x80\x80", {0x7A}, 0},
-        {"surrogate ED A0 80", "x\xED\xA0\x80y", {0x78}, 0},
-        {"above U+10FFFF", "a\xF4\x90\x80\x80", {0x61}, 0},
-        {"five octets", "\xF8\x88\x80\x80\x80", {}, 0},
-        {"lone trailing octet", "a\x80", {0x61}, 0},
-        {"cut off by the end", "ab\xE2\x82", {0x61, 0x62}, 0},
-        {"bad trailing octet", "\xC3(", {}, 0},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        auto r = Convert<unsigned char, uint32_t>(ConvertUTF8toUTF32, Octets(c.source), 16);
-        EXPECT_EQ(r.first, c.written);
-        EXPECT_EQ(r.second, c.measured);
-        // The UTF-16 direction refuses the same input.
-        auto r16 = Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, Octets(c.source), 16);
-        EXPECT_EQ(r16.second == 0, c.measured == 0);
-    }
-}
-
-TEST(ConvertUTF, Utf8ToUtf16WritesPairsAndStopsWhenFull) {
-    const U8 source = Octets("a\xF0\x9F\x98\x80"
-                             "b");
-    auto r = Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, source, 8);
-    EXPECT_EQ(r.first, (U16{0x61, 0xD83D, 0xDE00, 0x62}));
-    EXPECT_EQ(r.second, 4u);
-    // Room for the "a" and half a pair: the pair is not split.
-    EXPECT_EQ((Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, source, 2).first), U16{0x61});
-    EXPECT_EQ((Convert<unsigned char, uint16_t>(ConvertUTF8toUTF16, source, 0).first), U16{});
-}
-
-TEST(ConvertUTF, Utf32Sources) {
+TEST(ConvertUTF, EachDirectionAtTheBoundaries) {
+    const auto u8to32 = &ConvertUTF8toUTF32;
+    const auto u8to16 = &ConvertUTF8toUTF16;
+    const auto u32to8 = &ConvertUTF32toUTF8;
+    const auto u32to16 = &ConvertUTF32toUTF16;
+    const auto u16to32 = &ConvertUTF16toUTF32;
+    const auto u16to8 = &ConvertUTF16toUTF8;
     const U32 good{0x41, 0xE9, 0x20AC, 0x1F600};
-    auto to8 = Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, good, 16);
-    EXPECT_EQ(to8.first, Octets("A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"));
-    EXPECT_EQ(to8.second, 10u);
-    auto to16 = Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, good, 16);
-    EXPECT_EQ(to16.first, (U16{0x41, 0xE9, 0x20AC, 0xD83D, 0xDE00}));
-    EXPECT_EQ(to16.second, 5u);
-
-    // Above U+10FFFF: U+FFFD in UTF-8, refused in UTF-16.
-    const U32 tooLarge{0x41, 0x110000, 0x42};
-    to8 = Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, tooLarge, 16);
-    EXPECT_EQ(to8.first, Octets("A\xEF\xBF\xBD"
-                                "B"));
-    EXPECT_EQ(to8.second, 5u);
-    to16 = Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, tooLarge, 16);
-    EXPECT_EQ(to16.first, U16{0x41});
-    EXPECT_EQ(to16.second, 0u);
-
-    // Surrogate code points are refused in both.
-    const U32 surrogate{0x41, 0xDC00, 0x42};
-    to8 = Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, surrogate, 16);
-    EXPECT_EQ(to8.first, Octets("A"));
-    EXPECT_EQ(to8.second, 0u);
-    to16 = Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, surrogate, 16);
-    EXPECT_EQ(to16.first, U16{0x41});
-    EXPECT_EQ(to16.second, 0u);
-
-    // A destination too small ends the conversion before the character that doesn't fit.
-    EXPECT_EQ((Convert<uint32_t, unsigned char>(ConvertUTF32toUTF8, good, 5).first), Octets("A\xC3\xA9"));
-    EXPECT_EQ((Convert<uint32_t, uint16_t>(ConvertUTF32toUTF16, good, 4).first), (U16{0x41, 0xE9, 0x20AC}));
-}
-
-TEST(ConvertUTF, Utf16Sources) {
-    const U16 pair{0xD83D, 0xDE00, 0x41};
-    auto to32 = Convert<uint16_t, uint32_t>(ConvertUTF16toUTF32, pair, 8);
-    EXPECT_EQ(to32.first, (U32{0x1F600, 0x41}));
-    EXPECT_EQ(to32.second, 2u);
-    auto to8 = Convert<uint16_t, unsigned char>(ConvertUTF16toUTF8, pair, 8);
-    EXPECT_EQ(to8.first, Octets("\xF0\x9F\x98\x80"
-                                "A"));
-    EXPECT_EQ(to8.second, 5u);
-
-    struct Case {
-        const char* name;
-        U16 source;
-        U32 written;
-    } refused[] = {
-        {"lone low surrogate", {0x41, 0xDC00, 0x42}, {0x41}},
-        {"high surrogate cut off by the end", {0x41, 0xD83D}, {0x41}},
-        {"high surrogate without low", {0xD83D, 0x41}, {}},
+    const U32 pair{0xD83D, 0xDE00, 0x41};
+    struct Row {
+        std::string result;
+        const char* expected;
+    } rows[] = {
+        {Convert(u8to32, Octets("abc"), 16), "61 62 63 | 3"},
+        {Convert(u8to32, Octets("\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), 16), "E9 20AC 1F600 | 3"},
+        {Convert(u8to32, Octets("\xF4\x8F\xBF\xBF"), 16), "10FFFF | 1"},
+        // Refused: overlong forms, surrogates, beyond U+10FFFF, five octets, lone or bad
+        // trailing octets, a sequence cut off by the end. UTF-16 refuses the same.
+        {Convert(u8to32, Octets("A\xC0\x80"), 16), "41 | 0"},
+        {Convert(u8to32, Octets("\xE0\x80\x80"), 16), "| 0"},
+        {Convert(u8to32, Octets("z\xF0\x80\x80\x80"), 16), "7A | 0"},
+        {Convert(u8to32, Octets("x\xED\xA0\x80y"), 16), "78 | 0"},
+        {Convert(u8to32, Octets("a\xF4\x90\x80\x80"), 16), "61 | 0"},
+        {Convert(u8to32, Octets("\xF8\x88\x80\x80\x80"), 16), "| 0"},
+        {Convert(u8to32, Octets("a\x80"), 16), "61 | 0"},
+        {Convert(u8to32, Octets("ab\xE2\x82"), 16), "61 62 | 0"},
+        {Convert(u8to32, Octets("\xC3("), 16), "| 0"},
+        {Convert(u8to16, Octets("x\xED\xA0\x80y"), 16), "78 | 0"},
+        {Convert(u8to16, Octets("\xC3("), 16), "| 0"},
+        {Convert(u8to16, Octets("ab\xE2\x82"), 16), "61 62 | 0"},
+        // Pairs are written whole or not at all.
+        {Convert(u8to16,
+                 Octets("a\xF0\x9F\x98\x80"
+                        "b"),
+                 8),
+         "61 D83D DE00 62 | 4"},
+        {Convert(u8to16,
+                 Octets("a\xF0\x9F\x98\x80"
+                        "b"),
+                 2),
+         "61 | 4"},
+        {Convert(u8to16,
+                 Octets("a\xF0\x9F\x98\x80"
+                        "b"),
+                 0),
+         "| 4"},
+        {Convert(u32to8, good, 16), "41 C3 A9 E2 82 AC F0 9F 98 80 | 10"},
+        {Convert(u32to16, good, 16), "41 E9 20AC D83D DE00 | 5"},
+        // Above U+10FFFF: U+FFFD in UTF-8, refused in UTF-16; surrogates refused in both.
+        {Convert(u32to8, {0x41, 0x110000, 0x42}, 16), "41 EF BF BD 42 | 5"},
+        {Convert(u32to16, {0x41, 0x110000, 0x42}, 16), "41 | 0"},
+        {Convert(u32to8, {0x41, 0xDC00, 0x42}, 16), "41 | 0"},
+        {Convert(u32to16, {0x41, 0xDC00, 0x42}, 16), "41 | 0"},
+        // A destination too small ends before the character that does not fit.
+        {Convert(u32to8, good, 5), "41 C3 A9 | 10"},
+        {Convert(u32to16, good, 4), "41 E9 20AC | 5"},
+        {Convert(u16to32, pair, 8), "1F600 41 | 2"},
+        {Convert(u16to8, pair, 8), "F0 9F 98 80 41 | 5"},
+        {Convert(u16to32, {0x41, 0xDC00, 0x42}, 8), "41 | 0"},
+        {Convert(u16to32, {0x41, 0xD83D}, 8), "41 | 0"},
+        {Convert(u16to32, {0xD83D, 0x41}, 8), "| 0"},
+        {Convert(u16to8, {0x41, 0xDC00, 0x42}, 8), "41 | 0"},
+        {Convert(u16to8, {0x41, 0xD83D}, 8), "41 | 0"},
+        {Convert(u16to8, {0xD83D, 0x41}, 8), "| 0"},
     };
-    for (const auto& c : refused) {
-        SCOPED_TRACE(c.name);
-        to32 = Convert<uint16_t, uint32_t>(ConvertUTF16toUTF32, c.source, 8);
-        EXPECT_EQ(to32.first, c.written);
-        EXPECT_EQ(to32.second, 0u);
-        EXPECT_EQ((Convert<uint16_t, unsigned char>(ConvertUTF16toUTF8, c.source, 8).second), 0u);
-    }
+    for (const Row& row : rows)
+        EXPECT_EQ(row.result, row.expected);
 }
 
 TEST(ConvertUTF, WrappersCountUnitsAndMeasureWithoutDestination) {

@@ -1,6 +1,6 @@
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
-#include "TestHelpers.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 

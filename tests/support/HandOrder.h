@@ -8,7 +8,7 @@
 #include "document/XmlDocument.h"
 #include "document/XmlWriter.h"
 #include "foundation/QvException.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 
 #include <string>
 #include <vector>

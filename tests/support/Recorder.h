@@ -1,12 +1,12 @@
 #pragma once
 
 // A hand-written bound class that records what it reads: its element, attributes,
-// text and the names of its child elements. Used where a test needs an object that
-// follows the reading contract without metadata.
+// text and the names of its child elements, and counts its destruction when given a
+// counter. Used where a test needs an object without metadata.
 
 #include "binding/XmlObjectBase.h"
 #include "document/XmlDocument.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 
 #include <string>
 #include <vector>
@@ -32,6 +32,12 @@ public:
     int reads = 0;
     bool firstChildWasNull = false;
 
+    explicit CRecorder(int* destroyed = nullptr) : m_destroyed(destroyed) {}
+    ~CRecorder() override {
+        if (m_destroyed) ++*m_destroyed;
+    }
+    long RefCount() const { return m_refCount; }
+
     CXmlObjectBase* GetBase() override { return this; }
     std::string GetTargetNamespace() const override { return std::string(); }
     std::string GetNamespace() const override { return std::string(); }
@@ -56,6 +62,9 @@ protected:
             children.push_back("{" + c->GetNamespaceURI() + "}" + c->GetLocalName());
         return nullptr;
     }
+
+private:
+    int* m_destroyed;
 };
 
 } // namespace QvXmlTest

@@ -1,12 +1,14 @@
 #include "support/TestClasses.h"
 
+#include <cstring>
+
+#include "binding/ClassfactoryBase.h"
 #include "binding/metadata/AllElementInfo.h"
 #include "binding/metadata/AttributeInfoKinds.h"
 #include "binding/metadata/ChoiceElementInfo.h"
 #include "binding/metadata/SequenceElementInfo.h"
 #include "document/XmlDocument.h"
 #include "document/XmlWriter.h"
-#include "support/FamilyClasses.h"
 #include "validation/XmlObjectHelper.h"
 
 using namespace QvXmlLib10;
@@ -16,20 +18,30 @@ namespace QvXmlTest {
 
 const char* const kNs = "urn:t";
 
-namespace {
-
-CParentElementInfo* Parent(XmlElementGroupType group, const char* name, bool reportUnknownAttributes,
-                           XmlElementType type = XmlElementType_Element, int textIndex = -1,
-                           ItemType textType = ItemType_Invalid, bool writeTypeForOtherName = false) {
+CParentElementInfo* MakeParent(XmlElementGroupType group, const char* name, XmlElementType type,
+                               bool reportUnknownAttributes, bool writeTypeForOtherName, int textIndex,
+                               ItemType textType) {
     return new CParentElementInfo(group, type, name, kNs, reportUnknownAttributes, writeTypeForOtherName, textIndex,
                                   textType, nullptr, false);
 }
 
+namespace {
+
 const CPrimitiveRestrictions kNoFacets;
 const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
+const XmlElementType kElement = XmlElementType_Element;
+const XmlElementType kPseudo = XmlElementType_Pseudo;
+const char* const kColors[] = {"red", "green", "blue"};
 
-CPrimitiveRestrictions AtMost(const char* bound) {
-    return CPrimitiveRestrictions(nullptr, -1, -1, nullptr, bound, nullptr, nullptr, -1);
+// Value members of kNs, collapsed unless said otherwise.
+template <class Member>
+Member* Value(const char* name, int index, ItemType type = ItemType_string, bool nillable = false,
+              const CPrimitiveRestrictions& facets = kNoFacets, CWhitespaceUtils::WhitespaceRule rule = kCollapse) {
+    return new Member(name, kNs, index, nillable, type, nullptr, rule, facets);
+}
+
+CAttributeInfo* Attribute(const char* name, int index, bool optional, ItemType type) {
+    return new CAttributeInfoPrimitive(name, "", index, optional, type, nullptr, kCollapse, kNoFacets, nullptr);
 }
 
 // A choice member that is not optional, so that a choice of them must choose one;
@@ -57,13 +69,191 @@ private:
     CElementInfoChoicePrimOpt m_member;
 };
 
-template <typename T> T* ObjectOf(const QvVariant& value) { return static_cast<T*>(value.GetXmlObject().Get()); }
-
-template <typename T> T* CollectionOf(const QvVariant& value) {
-    return static_cast<T*>(value.GetXmlCollection().Get());
-}
-
 } // namespace
+
+// Each definition: its element name, its tables, then what the constructor creates and
+// what Init clears beyond the values.
+#define QVXML_TABLES(NAME, ELEMENT)                                                                                    \
+    const char* const NAME##Tables::kName = ELEMENT;                                                                   \
+    void NAME##Tables::Build(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes)
+#define QVXML_CONSTRUCT(NAME) void NAME##Tables::Construct(QvVariant* properties)
+#define QVXML_RESET(NAME) void NAME##Tables::Reset(QvVariant* properties)
+#define QVXML_NOTHING_TO_CONSTRUCT(NAME)                                                                               \
+    QVXML_CONSTRUCT(NAME) { (void)properties; }
+#define QVXML_NOTHING_TO_RESET(NAME)                                                                                   \
+    QVXML_RESET(NAME) { (void)properties; }
+#define QVXML_PLAIN(NAME) QVXML_NOTHING_TO_CONSTRUCT(NAME) QVXML_NOTHING_TO_RESET(NAME)
+
+QVXML_TABLES(SeqAB, "SeqAB") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>(
+        {Value<CElementInfoSeqPrimMnd>("a", P_a), Value<CElementInfoSeqPrimMnd>("b", P_b, ItemType_i4, true)});
+    attributes = MakeTable<CAttributeInfo>({Attribute("id", P_id, true, ItemType_i4)});
+}
+QVXML_PLAIN(SeqAB)
+
+QVXML_TABLES(AllABC, "AllABC") {
+    parent = MakeParent(XmlElementGroupType_All, kName);
+    elements =
+        MakeTable<CElementInfo>({Value<CElementInfoAllPrimMnd>("a", P_a), Value<CElementInfoAllPrimMnd>("b", P_b),
+                                 Value<CElementInfoAllPrimOpt>("c", P_c)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(AllABC)
+
+QVXML_TABLES(ChoiceAB, "ChoiceAB") {
+    parent = MakeParent(XmlElementGroupType_Choice, kName);
+    elements = MakeTable<CElementInfo>(
+        {new CStrictChoicePrim("a", P_a, ItemType_string), new CStrictChoicePrim("b", P_b, ItemType_i4)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(ChoiceAB)
+
+QVXML_TABLES(Empty, "Empty") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>({});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(Empty)
+
+QVXML_TABLES(Level3, "L3") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>(
+        "v", P_v, ItemType_i4, false, CPrimitiveRestrictions(nullptr, -1, -1, nullptr, "10", nullptr, nullptr, -1))});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(Level3)
+
+QVXML_TABLES(Level2, "L2") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>({new CElementInfoSeqClsMnd("L3", kNs, P_L3, kElement, nullptr, 0, false)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_CONSTRUCT(Level2) { properties[P_L3].SetXmlObject(new CLevel3()); }
+QVXML_NOTHING_TO_RESET(Level2)
+
+QVXML_TABLES(Level1, "L1") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>({new CElementInfoSeqClsMnd("L2", kNs, P_L2, kElement, nullptr, 0, false)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_CONSTRUCT(Level1) { properties[P_L2].SetXmlObject(new CLevel2()); }
+QVXML_NOTHING_TO_RESET(Level1)
+
+QVXML_TABLES(NillableTextBase, "NT") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName, kElement, true, false, P_text, ItemType_i4);
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimOpt>("x", P_x)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(NillableTextBase)
+
+QVXML_TABLES(GroupXY, "GroupXY") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName, kPseudo, false);
+    elements =
+        MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>("x", P_x), Value<CElementInfoSeqPrimOpt>("y", P_y)});
+    attributes = MakeTable<CAttributeInfo>({Attribute("ga", P_ga, true, ItemType_string)});
+}
+QVXML_PLAIN(GroupXY)
+
+QVXML_TABLES(WithGroup, "G") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName, kElement, false);
+    elements = MakeTable<CElementInfo>(
+        {Value<CElementInfoSeqPrimOpt>("a", P_a),
+         new CElementInfoSeqClsMnd("GroupXY", kNs, P_group, kPseudo, CreateTestObject, ClassId_GroupXY, false),
+         Value<CElementInfoSeqPrimOpt>("z", P_z)});
+    attributes = MakeTable<CAttributeInfo>({Attribute("g", P_g, true, ItemType_string)});
+}
+QVXML_CONSTRUCT(WithGroup) { properties[P_group].SetXmlObject(new CGroupXY()); }
+QVXML_NOTHING_TO_RESET(WithGroup)
+
+QVXML_TABLES(ChoiceGroupPQ, "ChoiceGroupPQ") {
+    parent = MakeParent(XmlElementGroupType_Choice, kName, kPseudo, false);
+    elements = MakeTable<CElementInfo>(
+        {Value<CElementInfoChoicePrimOpt>("p", P_p), Value<CElementInfoChoicePrimOpt>("q", P_q)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(ChoiceGroupPQ)
+
+QVXML_TABLES(WithChoiceGroup, "CG") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements =
+        MakeTable<CElementInfo>({new CElementInfoSeqClsMnd("ChoiceGroupPQ", kNs, P_group, kPseudo, nullptr, 0, false),
+                                 Value<CElementInfoSeqPrimOpt>("r", P_r)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_CONSTRUCT(WithChoiceGroup) { properties[P_group].SetXmlObject(new CChoiceGroupPQ()); }
+QVXML_NOTHING_TO_RESET(WithChoiceGroup)
+
+QVXML_TABLES(InnerChoice, "Inner") {
+    parent = MakeParent(XmlElementGroupType_Choice, kName);
+    elements = MakeTable<CElementInfo>(
+        {new CStrictChoicePrim("p", P_p, ItemType_string), new CStrictChoicePrim("q", P_q, ItemType_string)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(InnerChoice)
+
+QVXML_TABLES(Chooser, "Ch") {
+    parent = MakeParent(XmlElementGroupType_Choice, kName);
+    elements = MakeTable<CElementInfo>(
+        {new CElementInfoChoiceClsOpt("Inner", kNs, P_Inner, kElement, CreateTestObject, ClassId_InnerChoice),
+         Value<CElementInfoChoicePrimOpt>("s", P_s)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_NOTHING_TO_CONSTRUCT(Chooser)
+QVXML_RESET(Chooser) { properties[P_Inner].SetInvalid(); }
+
+QVXML_TABLES(Item, "Item") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName, kElement, true, true);
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>("label", P_label)});
+    attributes = MakeTable<CAttributeInfo>({Attribute("n", P_n, false, ItemType_i4)});
+}
+QVXML_PLAIN(Item)
+
+QVXML_TABLES(Order, "Order") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>(
+        {Value<CElementInfoSeqPrimMnd>("name", P_name), new CElementInfoSeqClsCol("Item", kNs, P_items, kElement),
+         new CElementInfoSeqClsOpt("Extra", kNs, P_Extra, kElement, CreateTestObject, ClassId_Item),
+         new CElementInfoSeqPrimCol("tag", kNs, P_tags)});
+    attributes = MakeTable<CAttributeInfo>({Attribute("code", P_code, false, ItemType_string)});
+}
+QVXML_CONSTRUCT(Order) {
+    properties[P_items].SetXmlCollection(new CObjectCol("Item", CObjectCol::Kind_Item, 1, 3));
+    properties[P_tags].SetXmlCollection(new CStringCol("tag", 0, -1, true));
+}
+QVXML_RESET(Order) { properties[P_Extra].SetInvalid(); }
+
+QVXML_TABLES(Leaf, "Leaf") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>("v", P_v, ItemType_string, false, kNoFacets,
+                                                                      CWhitespaceUtils::WhitespaceRule_Preserve)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(Leaf)
+
+QVXML_TABLES(Pair, "Pair") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName, kPseudo, false);
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>("x", P_x, ItemType_string, false, kNoFacets,
+                                                                      CWhitespaceUtils::WhitespaceRule_Preserve),
+                                        Value<CElementInfoSeqPrimOpt>("y", P_y, ItemType_string, false, kNoFacets,
+                                                                      CWhitespaceUtils::WhitespaceRule_Preserve)});
+    attributes = MakeTable<CAttributeInfo>({Attribute("pa", P_pa, true, ItemType_string)});
+}
+QVXML_PLAIN(Pair)
+
+QVXML_TABLES(Circle, "Circle") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName, kElement, true, true);
+    elements = MakeTable<CElementInfo>({Value<CElementInfoSeqPrimMnd>("r", P_r, ItemType_i4)});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(Circle)
+
+QVXML_TABLES(Host, "r") {
+    parent = MakeParent(XmlElementGroupType_Sequence, kName);
+    elements = MakeTable<CElementInfo>({});
+    attributes = MakeTable<CAttributeInfo>({});
+}
+QVXML_PLAIN(Host)
 
 CSmartPtr<CXmlObjectBase> CreateTestObject(int classId, const char* name) {
     CSmartPtr<CXmlObjectBase> object;
@@ -77,6 +267,12 @@ CSmartPtr<CXmlObjectBase> CreateTestObject(int classId, const char* name) {
     case ClassId_GroupXY:
         object = new CGroupXY();
         break;
+    case ClassId_Leaf:
+        object = new CLeaf();
+        break;
+    case ClassId_Pair:
+        object = new CPair();
+        break;
     default:
         return object;
     }
@@ -84,221 +280,31 @@ CSmartPtr<CXmlObjectBase> CreateTestObject(int classId, const char* name) {
     return object;
 }
 
-// ---------------------------------------------------------------------------------------------
-
-CSeqAB::CSeqAB() { SetElementName("SeqAB"); }
-void CSeqAB::Init() { ResetValues(); }
-void CSeqAB::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "SeqAB", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqPrimMnd("a", kNs, P_a, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-         new CElementInfoSeqPrimMnd("b", kNs, P_b, true, ItemType_i4, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>(
-        {new CAttributeInfoPrimitive("id", "", P_id, true, ItemType_i4, nullptr, kCollapse, kNoFacets, nullptr)});
+CSmartPtr<CXmlObjectBase> CreateShape(CXmlElement* element) {
+    CSmartPtr<CXmlObjectBase> object;
+    if (CClassfactoryBase::GetElementType(element) == "Circle") object = new CCircle();
+    return object;
 }
 
-CAllABC::CAllABC() { SetElementName("AllABC"); }
-void CAllABC::Init() { ResetValues(); }
-void CAllABC::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_All, "AllABC", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoAllPrimMnd("a", kNs, P_a, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-         new CElementInfoAllPrimMnd("b", kNs, P_b, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-         new CElementInfoAllPrimOpt("c", kNs, P_c, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>({});
+const char* ColorToText(int value) { return value >= 0 && value < 3 ? kColors[value] : nullptr; }
+
+int TextToColor(const char* text) {
+    for (int i = 0; i < 3; ++i)
+        if (std::strcmp(kColors[i], text) == 0) return i;
+    return -1;
 }
 
-CChoiceAB::CChoiceAB() { SetElementName("ChoiceAB"); }
-void CChoiceAB::Init() { ResetValues(); }
-void CChoiceAB::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Choice, "ChoiceAB", true);
-    elements = MakeTable<CElementInfo>(
-        {new CStrictChoicePrim("a", P_a, ItemType_string), new CStrictChoicePrim("b", P_b, ItemType_i4)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-CEmpty::CEmpty() { SetElementName("Empty"); }
-void CEmpty::Init() { ResetValues(); }
-void CEmpty::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "Empty", true);
-    elements = MakeTable<CElementInfo>({});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-// ---------------------------------------------------------------------------------------------
-
-CLevel3::CLevel3() { SetElementName("L3"); }
-void CLevel3::Init() { ResetValues(); }
-void CLevel3::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "L3", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqPrimMnd("v", kNs, P_v, false, ItemType_i4, nullptr, kCollapse, AtMost("10"))});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-CLevel2::CLevel2() {
-    SetElementName("L2");
-    m_properties[P_L3].SetXmlObject(new CLevel3());
-}
-void CLevel2::Init() { ResetValues(); }
-CLevel3* CLevel2::GetL3() const { return ObjectOf<CLevel3>(m_properties[P_L3]); }
-void CLevel2::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "L2", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqClsMnd("L3", kNs, P_L3, XmlElementType_Element, nullptr, 0, false)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-CLevel1::CLevel1() {
-    SetElementName("L1");
-    m_properties[P_L2].SetXmlObject(new CLevel2());
-}
-void CLevel1::Init() { ResetValues(); }
-CLevel2* CLevel1::GetL2() const { return ObjectOf<CLevel2>(m_properties[P_L2]); }
-void CLevel1::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "L1", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqClsMnd("L2", kNs, P_L2, XmlElementType_Element, nullptr, 0, false)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-// ---------------------------------------------------------------------------------------------
-
-CNillableText::CNillableText() { SetElementName("NT"); }
-void CNillableText::Init() {
-    ResetValues();
-    m_isNil = false;
-}
-void CNillableText::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "NT", true, XmlElementType_Element, P_text, ItemType_i4);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqPrimOpt("x", kNs, P_x, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-CGroupXY::CGroupXY() { SetElementName("GroupXY"); }
-void CGroupXY::Init() { ResetValues(); }
-void CGroupXY::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "GroupXY", false, XmlElementType_Pseudo);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqPrimMnd("x", kNs, P_x, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-         new CElementInfoSeqPrimOpt("y", kNs, P_y, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>(
-        {new CAttributeInfoPrimitive("ga", "", P_ga, true, ItemType_string, nullptr, kCollapse, kNoFacets, nullptr)});
-}
-
-CWithGroup::CWithGroup() {
-    SetElementName("G");
-    m_properties[P_group].SetXmlObject(new CGroupXY());
-}
-void CWithGroup::Init() { ResetValues(); }
-CGroupXY* CWithGroup::GetGroup() const { return ObjectOf<CGroupXY>(m_properties[P_group]); }
-void CWithGroup::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "G", false);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqPrimOpt("a", kNs, P_a, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-         new CElementInfoSeqClsMnd("GroupXY", kNs, P_group, XmlElementType_Pseudo, CreateTestObject, ClassId_GroupXY,
-                                   false),
-         new CElementInfoSeqPrimOpt("z", kNs, P_z, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>(
-        {new CAttributeInfoPrimitive("g", "", P_g, true, ItemType_string, nullptr, kCollapse, kNoFacets, nullptr)});
-}
-
-CChoiceGroupPQ::CChoiceGroupPQ() { SetElementName("ChoiceGroupPQ"); }
-void CChoiceGroupPQ::Init() { ResetValues(); }
-void CChoiceGroupPQ::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements,
-                                   CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Choice, "ChoiceGroupPQ", false, XmlElementType_Pseudo);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoChoicePrimOpt("p", kNs, P_p, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-         new CElementInfoChoicePrimOpt("q", kNs, P_q, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-CWithChoiceGroup::CWithChoiceGroup() {
-    SetElementName("CG");
-    m_properties[P_group].SetXmlObject(new CChoiceGroupPQ());
-}
-void CWithChoiceGroup::Init() { ResetValues(); }
-CChoiceGroupPQ* CWithChoiceGroup::GetGroup() const { return ObjectOf<CChoiceGroupPQ>(m_properties[P_group]); }
-void CWithChoiceGroup::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements,
-                                     CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "CG", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqClsMnd("ChoiceGroupPQ", kNs, P_group, XmlElementType_Pseudo, nullptr, 0, false),
-         new CElementInfoSeqPrimOpt("r", kNs, P_r, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-// ---------------------------------------------------------------------------------------------
-
-CInnerChoice::CInnerChoice() { SetElementName("Inner"); }
-void CInnerChoice::Init() { ResetValues(); }
-void CInnerChoice::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Choice, "Inner", true);
-    elements = MakeTable<CElementInfo>(
-        {new CStrictChoicePrim("p", P_p, ItemType_string), new CStrictChoicePrim("q", P_q, ItemType_string)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-CChooser::CChooser() { SetElementName("Ch"); }
-void CChooser::Init() {
-    ResetValues();
-    m_properties[P_Inner].SetInvalid();
-}
-void CChooser::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Choice, "Ch", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoChoiceClsOpt("Inner", kNs, P_Inner, XmlElementType_Element, CreateTestObject,
-                                      ClassId_InnerChoice),
-         new CElementInfoChoicePrimOpt("s", kNs, P_s, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>({});
-}
-
-// ---------------------------------------------------------------------------------------------
-
-CItem::CItem() { SetElementName("Item"); }
-void CItem::Init() { ResetValues(); }
-void CItem::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "Item", true, XmlElementType_Element, -1, ItemType_Invalid, true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqPrimMnd("label", kNs, P_label, false, ItemType_string, nullptr, kCollapse, kNoFacets)});
-    attributes = MakeTable<CAttributeInfo>(
-        {new CAttributeInfoPrimitive("n", "", P_n, false, ItemType_i4, nullptr, kCollapse, kNoFacets, nullptr)});
-}
-
-CItemCol::CItemCol() : CXmlCollection("Item", kNs, 1, 3) {}
-
-CItem* CItemCol::Item(int index) const { return static_cast<CItem*>(GetNodeAtIndex(index)->m_pItem); }
-
-void CItemCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* namespaceUri,
-                         const CXmlSerializationContext& context, bool /*isChoiceMember*/) const {
-    for (const CNode* node = m_pFirst; node != nullptr; node = node->m_pNext)
-        CXmlObjectBase::ToXml_Int(node->m_pItem, writer, false, namespaceUri, context, false);
-}
-
-CXmlElement* CItemCol::FromXml_Int(CXmlElement* /*parent*/, CXmlElement* first, const CXmlSerializationContext& context,
-                                   bool /*isChoiceMember*/) {
-    CXmlElement* element = first;
-    while (element != nullptr && DoesElementNameMatch(context, element, m_elementName.c_str(), m_namespace.c_str())) {
-        CSmartPtr<CXmlObjectBase> item = CreateTestObject(ClassId_Item, m_elementName.c_str());
-        CXmlObjectBase::FromXml_Int(item, element, element->GetFirstElement(), context);
-        AppendItem(item);
-        element = element->GetNextSiblingElement();
-    }
-    return element;
-}
-
-CTestStringCol::CTestStringCol(const char* elementName, const char* namespaceUri, int minOccurs, int maxOccurs)
+CStringCol::CStringCol(const char* elementName, int minOccurs, int maxOccurs, bool checkCount, const char* namespaceUri)
     : CXmlTypeCollection(ItemType_string, elementName, namespaceUri, minOccurs, maxOccurs, nullptr, -1, -1, nullptr,
-                         nullptr, nullptr, nullptr, -1, CWhitespaceUtils::WhitespaceRule_None, nullptr) {}
+                         nullptr, nullptr, nullptr, -1, CWhitespaceUtils::WhitespaceRule_None, nullptr),
+      m_checkCount(checkCount) {}
 
-void CTestStringCol::Clear() {
+void CStringCol::Clear() {
     while (GetCount() != 0)
         Remove(0);
 }
 
-void CTestStringCol::Remove(int index) {
+void CStringCol::Remove(int index) {
     FireOnCollectionRemove(index);
     if (index < 0 || index >= GetCount())
         throw CQvInvalidParamException(FormatString("Index %d is out of range, use 0 - %d", index, GetCount()));
@@ -307,7 +313,7 @@ void CTestStringCol::Remove(int index) {
     FireOnCollectionChange();
 }
 
-void CTestStringCol::AddFromString(const std::string& text) {
+void CStringCol::AddFromString(const std::string& text) {
     std::string value = text;
     FireOnCollectionAdd(&value);
     m_values.push_back(value);
@@ -315,9 +321,9 @@ void CTestStringCol::AddFromString(const std::string& text) {
     FireOnCollectionChange();
 }
 
-void CTestStringCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*namespaceUri*/,
-                               const CXmlSerializationContext& context, bool /*isChoiceMember*/) const {
-    ValidateCount(context);
+void CStringCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* /*namespaceUri*/,
+                           const CXmlSerializationContext& context, bool /*isChoiceMember*/) const {
+    if (m_checkCount) ValidateCount(context);
     for (const std::string& value : m_values) {
         writer->WriteStartElement(m_elementName, m_namespace);
         writer->WriteString(value, ItemType_string);
@@ -325,26 +331,68 @@ void CTestStringCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* 
     }
 }
 
-COrder::COrder() {
-    SetElementName("Order");
-    m_properties[P_items].SetXmlCollection(new CItemCol());
-    m_properties[P_tags].SetXmlCollection(new CTestStringCol("tag", kNs, 0, -1));
+CObjectCol::CObjectCol(const char* elementName, Kind kind, int minOccurs, int maxOccurs)
+    : CXmlCollection(elementName, kNs, minOccurs, maxOccurs), m_kind(kind) {}
+
+void CObjectCol::ToXml_Int(CXmlWriter* writer, bool /*isRoot*/, const char* namespaceUri,
+                           const CXmlSerializationContext& context, bool /*isChoiceMember*/) const {
+    for (const CNode* node = m_pFirst; node != nullptr; node = node->m_pNext)
+        CXmlObjectBase::ToXml_Int(node->m_pItem, writer, false, namespaceUri, context, false);
 }
-void COrder::Init() {
-    ResetValues();
-    m_properties[P_Extra].SetInvalid();
+
+CXmlElement* CObjectCol::FromXml_Int(CXmlElement* parent, CXmlElement* first, const CXmlSerializationContext& context,
+                                     bool /*isChoiceMember*/) {
+    CXmlElement* element = first;
+    if (m_kind == Kind_Pair) {
+        // Pseudo items read from the parent's element for as long as they take something.
+        while (element != nullptr) {
+            const CSmartPtr<CXmlObjectBase> item = CreateTestObject(ClassId_Pair, "Pair");
+            CXmlElement* const next = CXmlObjectBase::FromXml_Int(item, parent, element, context);
+            if (next == element) break;
+            AppendItem(item);
+            element = next;
+        }
+        return element;
+    }
+    while (element != nullptr && DoesElementNameMatch(context, element, m_elementName.c_str(), m_namespace.c_str())) {
+        const CSmartPtr<CXmlObjectBase> item =
+            m_kind == Kind_Shape
+                ? CreateShape(element)
+                : CreateTestObject(m_kind == Kind_Item ? ClassId_Item : ClassId_Leaf, m_elementName.c_str());
+        if (!item) break;
+        CXmlObjectBase::FromXml_Int(item, element, element->GetFirstElement(), context);
+        AppendItem(item);
+        element = element->GetNextSiblingElement();
+    }
+    return element;
 }
-CItemCol* COrder::GetItems() const { return CollectionOf<CItemCol>(m_properties[P_items]); }
-CTestStringCol* COrder::GetTags() const { return CollectionOf<CTestStringCol>(m_properties[P_tags]); }
-void COrder::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements, CAttributeInfo**& attributes) {
-    parent = Parent(XmlElementGroupType_Sequence, "Order", true);
-    elements = MakeTable<CElementInfo>(
-        {new CElementInfoSeqPrimMnd("name", kNs, P_name, false, ItemType_string, nullptr, kCollapse, kNoFacets),
-         new CElementInfoSeqClsCol("Item", kNs, P_items, XmlElementType_Element),
-         new CElementInfoSeqClsOpt("Extra", kNs, P_Extra, XmlElementType_Element, CreateTestObject, ClassId_Item),
-         new CElementInfoSeqPrimCol("tag", kNs, P_tags)});
-    attributes = MakeTable<CAttributeInfo>({new CAttributeInfoPrimitive("code", "", P_code, false, ItemType_string,
-                                                                        nullptr, kCollapse, kNoFacets, nullptr)});
+
+std::ostream& operator<<(std::ostream& out, const COffer& offer) {
+    return out << (offer.answer ? "true" : "false") << " at " << offer.cursor;
+}
+
+COffer Offer(CElementInfo& info, CHost& host, const char* children, XmlElementType type,
+             const CXmlSerializationContext& context) {
+    CXmlDocument document;
+    const std::string text =
+        std::string("<r xmlns='urn:t' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'>") + children + "</r>";
+    document.LoadXml(text.c_str());
+    CXmlElement* const parent = document.GetDocumentElement();
+    CXmlElement* cursor = parent->GetFirstElement();
+    const bool answer = info.ElementFromXml(context, &host, parent, &cursor, kNs, type);
+    return COffer{answer, cursor != nullptr ? cursor->GetLocalName() : "null"};
+}
+
+std::string Describe(const QvVariant& value) {
+    if (!value.IsValid()) return "none";
+    if (value.IsNil()) return "nil";
+    if (value.GetItemType() == ItemType_XmlObject) {
+        const CSmartPtr<CXmlObjectBase> object = value.GetXmlObject();
+        return object ? "<" + object->GetElementName() + ">" : "null";
+    }
+    if (value.GetItemType() == ItemType_XmlCollection)
+        return "#" + std::to_string(value.GetXmlCollection()->GetCount());
+    return value.ToString();
 }
 
 } // namespace QvXmlTest

@@ -7,7 +7,7 @@
 #include "foundation/QvException.h"
 #include "validation/RegEx.h"
 
-#include "../foundation/TestHelpers.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
 
@@ -114,11 +114,9 @@ TEST(RegExTest, LongValues) {
 TEST(RegExTest, ValueIsConvertedFromTheLocale) {
     // Under the C locale (ASCIIOnly off), a byte above 0x7F is no character of the
     // locale and reaches PCRE as "?".
-    const bool previous = ASCII_ONLY;
-    ASCIIOnly(false);
+    const ScopedAsciiOnly asciiOnly(false);
     EXPECT_TRUE(TestRegEx("a\\?b", "a\xE9"
                                    "b"));
-    ASCIIOnly(previous);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
+#include "support/TestSupport.h"
 #include "validation/XmlObjectHelper.h"
 #include "values/QvVariant.h"
 
@@ -180,32 +181,26 @@ TEST(RestrictionTest, UnsetByDefault) {
 
 TEST(RestrictionTest, LengthsCountUtf8Bytes) {
     // "é" is given as its UTF-8 bytes and read as the local code page under ASCIIOnly(true).
-    const bool previous = ASCII_ONLY;
-    ASCIIOnly(true);
+    ScopedAsciiOnly ascii(true);
     EXPECT_EQ("pass", Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(2, 2, 2)); }));
     EXPECT_EQ("Facet: Invalid Value for x [\xC3\xA9]",
               Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, 1, -1)); }));
     EXPECT_EQ("pass",
               Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9+")); }));
     EXPECT_EQ("pass", Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, -1, -1, ".")); }));
-    ASCIIOnly(previous);
 }
 
 TEST(RestrictionTest, PatternIsTakenFromTheLocalCodePage) {
     // Under a UTF-8 locale (restored afterwards) the pattern and the value pass
     // through the locale conversion to UTF-8.
-    const std::string previous = std::setlocale(LC_ALL, nullptr);
-    if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr) GTEST_SKIP() << "no C.UTF-8 locale";
-    const bool previousAsciiOnly = ASCII_ONLY;
-    ASCIIOnly(false);
-    const std::string wellFormed =
-        Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9{2}")); });
-    const std::string oneCharacter =
-        Outcome([] { H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, -1, -1, "\\p{IsLatin-1Supplement}")); });
-    ASCIIOnly(previousAsciiOnly);
-    std::setlocale(LC_ALL, previous.c_str());
-    EXPECT_EQ("pass", wellFormed);
-    EXPECT_EQ("pass", oneCharacter);
+    REQUIRE_UTF8_LOCALE(locale);
+    ScopedAsciiOnly ascii(false);
+    EXPECT_EQ("pass", Outcome([] {
+                  H::CheckRestrictionForstring("x", "\xC3\xA9\xC3\xA9", Lengths(-1, -1, -1, "\xC3\xA9{2}"));
+              }));
+    EXPECT_EQ("pass", Outcome([] {
+                  H::CheckRestrictionForstring("x", "\xC3\xA9", Lengths(-1, -1, -1, "\\p{IsLatin-1Supplement}"));
+              }));
 }
 
 TEST(RestrictionTest, CheckRestrictionDispatchesOnTheGivenType) {

@@ -10,39 +10,18 @@
 #include "foundation/QvException.h"
 #include "values/QvVariant.h"
 
-#include "../foundation/TestHelpers.h"
+#include "support/Recorder.h"
+#include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
+using QvXmlTest::CRecorder;
 
 namespace {
 
 constexpr auto Collapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
-// A bound object that reports its destruction.
-class CountedObject : public CXmlObjectBase {
-public:
-    explicit CountedObject(int& destroyed) : m_destroyed(destroyed) {}
-    ~CountedObject() override { ++m_destroyed; }
-
-    CXmlObjectBase* GetBase() override { return this; }
-    std::string GetTargetNamespace() const override { return std::string(); }
-    std::string GetNamespace() const override { return std::string(); }
-    long RefCount() const { return m_refCount; }
-
-protected:
-    void ToXml_Int(CXmlWriter*, bool, const char*, const CXmlSerializationContext&, bool) const override {}
-    CXmlElement* FromXml_Int(CXmlElement*, CXmlElement* firstChild, const CXmlSerializationContext&, bool) override {
-        return firstChild;
-    }
-
-private:
-    int& m_destroyed;
-};
-
-class VariantTest : public ::testing::Test {
-protected:
-    void SetUp() override { SetGeneratorVersion(10, 1); }
-};
+// The generator version is set by the support header, before any object exists.
+using VariantTest = ::testing::Test;
 
 struct ScalarCase {
     ItemType kind;
@@ -243,10 +222,10 @@ TEST_F(VariantTest, FormatReachesOnlyTheFloats) {
 
 TEST_F(VariantTest, ObjectStaysAliveWhileHeld) {
     int destroyed = 0;
-    auto* object = new CountedObject(destroyed);
+    auto* object = new CRecorder(&destroyed);
     QvVariant v;
     {
-        CSmartPtr<CountedObject> own(object);
+        CSmartPtr<CRecorder> own(object);
         v.SetXmlObject(object);
         EXPECT_EQ(2, object->RefCount());
     }
@@ -271,7 +250,7 @@ TEST_F(VariantTest, ObjectStaysAliveWhileHeld) {
 
 TEST_F(VariantTest, ObjectIsSharedByCopies) {
     int destroyed = 0;
-    auto* object = new CountedObject(destroyed);
+    auto* object = new CRecorder(&destroyed);
     {
         QvVariant v;
         v.SetXmlObject(object);
@@ -299,7 +278,7 @@ TEST_F(VariantTest, NullAndNilObjects) {
     EXPECT_EQ(nullptr, copy.GetXmlObject().Get());
 
     int destroyed = 0;
-    v.SetXmlObject(new CountedObject(destroyed));
+    v.SetXmlObject(new CRecorder(&destroyed));
     copy = v;
     v.SetNil();
     EXPECT_EQ(0, destroyed);
@@ -315,12 +294,12 @@ TEST_F(VariantTest, NullAndNilObjects) {
 TEST_F(VariantTest, AssigningTheHoldersOwnMemberIsSafe) {
     // The source lives inside the object that the target holds; the object must stay
     // alive until the source has been read.
-    struct Holder : CountedObject {
-        using CountedObject::CountedObject;
+    struct Holder : CRecorder {
+        using CRecorder::CRecorder;
         QvVariant member;
     };
     int destroyed = 0;
-    auto* holder = new Holder(destroyed);
+    auto* holder = new Holder(&destroyed);
     holder->member.SetString("inner");
     QvVariant v;
     v.SetXmlObject(holder);
