@@ -5,7 +5,7 @@
 #include "binding/metadata/SequenceElementInfo.h"
 #include "foundation/QvException.h"
 #include "internal/Limits.h"
-#include "support/TestVersion.h"
+#include "support/TestSupport.h"
 #include "values/QvVariant.h"
 
 #include <gtest/gtest.h>
