@@ -18,6 +18,10 @@
 #include "document/XmlWriter.h"
 #include "document/XmlTextWriter.h"
 
+#include "fastinfoset/FastInfosetBinaryData.h"
+#include "fastinfoset/FIVocabulary.h"
+#include "fastinfoset/FastInfosetContext.h"
+
 #include "values/Conversions.h"
 #include "values/QvVariant.h"
 
