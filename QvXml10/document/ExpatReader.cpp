@@ -4,6 +4,7 @@
 #include "document/XmlDocument.h"
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
+#include "internal/DocumentBuilder.h"
 
 #include <expat.h>
 
@@ -17,13 +18,8 @@ namespace QvXmlLib10 {
 namespace {
 
 const uint64_t SCRATCH_SIZE = 1024;
-const size_t INITIAL_TEXT_CAPACITY = 4096;
 
-constexpr uint64_t ONES = 0x0101010101010101ull;
 constexpr uint64_t HIGH_BITS = 0x8080808080808080ull;
-constexpr uint64_t CARRIAGE_RETURNS = ONES * '\r';
-
-constexpr uint64_t ZeroBytes(uint64_t word) { return (word - ONES) & ~word & HIGH_BITS; }
 
 uint64_t Load64(const char* p) {
     uint64_t word;
@@ -45,55 +41,6 @@ bool HasHighBit(const char* text, size_t length) {
     for (; i < length; ++i)
         if (static_cast<unsigned char>(text[i]) & 0x80) return true;
     return false;
-}
-
-// Whether a word holds a byte that text can't take as it is: a carriage return, a NUL
-// or, when `highBits` asks for it, a byte outside ASCII.
-inline uint64_t OddBytes(uint64_t word, uint64_t highBits) {
-    return (word & highBits) | ZeroBytes(word) | ZeroBytes(word ^ CARRIAGE_RETURNS);
-}
-
-// Bytes below 0x0E: the carriage return and the NUL among them. Expat hands over line
-// ends as pieces of their own, so a long piece holds such a byte only with a tab or a
-// control character, and then takes the exact path.
-constexpr uint64_t LowBytes(uint64_t word) { return (word - ONES * 0x0E) & ~word & HIGH_BITS; }
-
-// Out of line, so that the short pieces take a path without its register saves.
-[[gnu::noinline]] bool CopyPlainLong(char* out, const char* text, size_t length, uint64_t highBits) {
-    uint64_t odd = 0;
-    for (size_t i = 0; i + 8 < length; i += 8) {
-        const uint64_t word = Load64(text + i);
-        odd |= (word & highBits) | LowBytes(word);
-        std::memcpy(out + i, &word, 8);
-    }
-    const uint64_t last = Load64(text + length - 8);
-    std::memcpy(out + length - 8, &last, 8);
-    return (odd | (last & highBits) | LowBytes(last)) == 0;
-}
-
-// Copies the bytes to `out` and tells whether they can stay as they are. Most pieces of
-// text are such, and this one pass replaces the scans for each odd byte and the copy.
-// Short pieces (line ends, indentation, entities) are the most frequent: they take
-// overlapping loads instead of a loop.
-inline bool CopyPlain(char* out, const char* text, size_t length, uint64_t highBits) {
-    if (length >= 8) return CopyPlainLong(out, text, length, highBits);
-    uint64_t word;
-    if (length >= 4) {
-        const uint32_t first = Load32(text);
-        const uint32_t last = Load32(text + length - 4);
-        std::memcpy(out, &first, 4);
-        std::memcpy(out + length - 4, &last, 4);
-        word = first | static_cast<uint64_t>(last) << 32;
-    } else {
-        const unsigned char first = static_cast<unsigned char>(text[0]);
-        const unsigned char middle = static_cast<unsigned char>(text[length / 2]);
-        const unsigned char last = static_cast<unsigned char>(text[length - 1]);
-        out[0] = static_cast<char>(first);
-        out[length / 2] = static_cast<char>(middle);
-        out[length - 1] = static_cast<char>(last);
-        word = (first | middle << 8 | last << 16 | first << 24) * 0x0000000100000001ull;
-    }
-    return OddBytes(word, highBits) == 0;
 }
 
 // Eight bytes per step: names are short, and this runs for every name expat reports.
@@ -147,7 +94,7 @@ class CExpatReader::CNameCache {
 public:
     explicit CNameCache(CExpatReader& reader) : m_reader(reader), m_slots(64, Slot{0, nullptr, 0, 0}), m_count(0) {}
 
-    const CXmlDocument::CName* Lookup(const char* name) {
+    const Internal::CDocumentBuilder::Name* Lookup(const char* name) {
         const size_t length = std::strlen(name);
         const size_t hash = HashName(name, length);
         const size_t mask = m_slots.size() - 1;
@@ -162,12 +109,12 @@ public:
 private:
     struct Slot {
         size_t hash;
-        const CXmlDocument::CName* name;
+        const Internal::CDocumentBuilder::Name* name;
         size_t offset; // of the raw name in m_keys
         size_t length;
     };
 
-    const CXmlDocument::CName* Add(const char* raw, size_t rawLength, size_t hash) {
+    const Internal::CDocumentBuilder::Name* Add(const char* raw, size_t rawLength, size_t hash) {
         std::string converted;
         const char* name = raw;
         size_t length = rawLength;
@@ -178,9 +125,9 @@ private:
         }
         const char* bar = static_cast<const char*>(std::memchr(name, '|', length));
         const size_t namespaceLength = bar ? static_cast<size_t>(bar - name) : 0;
-        const CXmlDocument::CName* interned =
-            bar ? m_reader.m_pDocument->InternName(name, namespaceLength, bar + 1, length - namespaceLength - 1)
-                : m_reader.m_pDocument->InternName("", 0, name, length);
+        const Internal::CDocumentBuilder::Name* interned =
+            bar ? m_reader.m_pBuilder->InternName(name, namespaceLength, bar + 1, length - namespaceLength - 1)
+                : m_reader.m_pBuilder->InternName("", 0, name, length);
 
         if (2 * (m_count + 1) > m_slots.size()) {
             std::vector<Slot> slots(m_slots.size() * 2, Slot{0, nullptr, 0, 0});
@@ -211,7 +158,7 @@ private:
 
 CExpatReader::CExpatReader(CXmlDocument& document)
     : CInstanceMonitor("CExpatReader"), m_pDocument(&document), m_scratchSize(0), m_parser(nullptr),
-      m_passThrough(false), m_textSize(0), m_textCapacity(0) {}
+      m_passThrough(false) {}
 
 CExpatReader::~CExpatReader() {
     Cleanup();
@@ -234,12 +181,12 @@ void CExpatReader::CreateParser() {
     m_pScratch.reset(new unsigned char[SCRATCH_SIZE]);
     m_scratchSize = SCRATCH_SIZE;
     m_passThrough = ASCII_ONLY || IsUtf8Locale();
+    m_pBuilder.reset(new Internal::CDocumentBuilder(*m_pDocument, Internal::CDocumentBuilder::Hook::Call));
+    m_pBuilder->SetLineSource(CurrentLine, this);
     m_pNames.reset(new CNameCache(*this));
-    m_textSize = 0;
-    m_textMarks.clear();
 
     FreeParser();
-    if (m_pDocument->m_schemaType == SchemaType_NoNamespaces)
+    if (m_pBuilder->GetSchemaType() == SchemaType_NoNamespaces)
         m_parser = XML_ParserCreate(nullptr);
     else
         m_parser = XML_ParserCreateNS(nullptr, '|');
@@ -249,15 +196,20 @@ void CExpatReader::CreateParser() {
     XML_SetElementHandler(m_parser, FnStartElement, FnEndElement);
     XML_SetNamespaceDeclHandler(m_parser, FnStartNamespace, FnEndNamespace);
     XML_SetCharacterDataHandler(m_parser, FnText);
-    if (!m_pDocument->m_pContext->GetStripCDATA()) XML_SetCdataSectionHandler(m_parser, FnStartCDATA, FnEndCDATA);
+    if (!m_pBuilder->GetContext().GetStripCDATA()) XML_SetCdataSectionHandler(m_parser, FnStartCDATA, FnEndCDATA);
+}
+
+unsigned long CExpatReader::CurrentLine(const void* reader) {
+    const CExpatReader* self = static_cast<const CExpatReader*>(reader);
+    return self->m_parser ? static_cast<unsigned long>(XML_GetCurrentLineNumber(self->m_parser)) : 0;
 }
 
 void CExpatReader::Parse(bool isFinal) {
     if (!m_parser) CreateParser();
-    const uint64_t length = m_pDocument->m_dataLength;
-    const XML_Status status = XML_Parse(m_parser, reinterpret_cast<const char*>(m_pDocument->m_pData.get()),
+    const uint64_t length = m_pBuilder->GetDataLength();
+    const XML_Status status = XML_Parse(m_parser, reinterpret_cast<const char*>(m_pBuilder->GetData()),
                                         static_cast<int>(length), isFinal ? 1 : 0);
-    if (m_pendingException || status != XML_STATUS_OK) FlushAllPending();
+    if (m_pendingException || status != XML_STATUS_OK) m_pBuilder->Fail();
     if (m_pendingException) {
         Cleanup();
         FreeParser();
@@ -272,7 +224,10 @@ void CExpatReader::Parse(bool isFinal) {
         FreeParser();
         throw CQvException(message);
     }
-    if (isFinal) FreeParser();
+    if (isFinal) {
+        m_pBuilder->EndDocument();
+        FreeParser();
+    }
 }
 
 std::string CExpatReader::Convert(const char* text, size_t length) {
@@ -283,98 +238,35 @@ std::string CExpatReader::Convert(const char* text, size_t length) {
                                          narrow, static_cast<unsigned long>(m_scratchSize / 2));
 }
 
-void CExpatReader::GrowText(size_t length) {
-    const size_t capacity = std::max({2 * m_textCapacity, m_textSize + length, INITIAL_TEXT_CAPACITY});
-    std::unique_ptr<char[]> text(new char[capacity]);
-    if (m_textSize) std::memcpy(text.get(), m_pText.get(), m_textSize);
-    m_pText.swap(text);
-    m_textCapacity = capacity;
-}
-
-void CExpatReader::AppendRun(const char* text, size_t length) {
-    if (m_textCapacity - m_textSize < length) GrowText(length);
-    std::memcpy(m_pText.get() + m_textSize, text, length);
-    m_textSize += length;
-}
-
 void CExpatReader::AppendText(const char* text, size_t length) {
-    // The text in the local code page; it ends at its first NUL, and carriage returns vanish.
     std::string converted;
     if (!m_passThrough && HasHighBit(text, length)) {
         converted = Convert(text, length);
         text = converted.data();
         length = converted.size();
     }
-    const char* end = text + strnlen(text, length);
-    while (text != end) {
-        const char* cr = static_cast<const char*>(std::memchr(text, '\r', static_cast<size_t>(end - text)));
-        const char* runEnd = cr ? cr : end;
-        AppendRun(text, static_cast<size_t>(runEnd - text));
-        text = cr ? cr + 1 : end;
-    }
-}
-
-void CExpatReader::FlushText(CXmlElement* element, size_t begin, size_t end) {
-    if (begin >= end) return;
-    const char* text = m_pText.get() + begin;
-    const size_t length = end - begin;
-    if (element->m_text.empty()) {
-        // A new string is allocated at the exact size, where assigning would round it up.
-        if (length <= element->m_text.capacity())
-            element->m_text.assign(text, length);
-        else
-            element->m_text = std::string(text, length);
-    } else
-        element->AppendText(text, static_cast<int>(length));
-}
-
-void CExpatReader::FlushAllPending() {
-    const std::vector<CXmlElement*>& open = m_pDocument->m_elementStack;
-    const size_t count = std::min(open.size(), m_textMarks.size());
-    for (size_t depth = 0; depth < count; ++depth) {
-        const size_t end = depth + 1 < m_textMarks.size() ? m_textMarks[depth + 1] : m_textSize;
-        FlushText(open[depth], m_textMarks[depth], end);
-    }
-    m_textMarks.clear();
-    m_textSize = 0;
+    m_pBuilder->AppendText(text, length);
 }
 
 void CExpatReader::StartElement(const char* name, const char** attributes) {
-    CXmlElement* element = m_pDocument->AddElement_Int(m_pNames->Lookup(name));
-    m_textMarks.push_back(m_textSize);
+    m_pBuilder->StartElement(m_pNames->Lookup(name));
     if (!attributes || !attributes[0]) return;
 
     size_t count = 0;
     while (attributes[2 * count])
         ++count;
-    element->m_attributes.reserve(count);
+    m_pBuilder->ReserveAttributes(count);
     for (const char** attribute = attributes; *attribute; attribute += 2) {
-        const CXmlDocument::CName* attributeName = m_pNames->Lookup(attribute[0]);
+        const Internal::CDocumentBuilder::Name* attributeName = m_pNames->Lookup(attribute[0]);
         const char* value = attribute[1];
         const size_t valueLength = std::strlen(value);
         if (m_passThrough || !HasHighBit(value, valueLength)) {
-            element->NewAttribute(attributeName, value, valueLength);
+            m_pBuilder->AddAttribute(attributeName, value, valueLength);
         } else {
             const std::string converted = CEncoder::Utf8ToLocalCodePage(value);
-            element->NewAttribute(attributeName, converted.data(), converted.size());
+            m_pBuilder->AddAttribute(attributeName, converted.data(), converted.size());
         }
     }
-}
-
-void CExpatReader::EndElement() {
-    if (!m_textMarks.empty()) {
-        const std::vector<CXmlElement*>& open = m_pDocument->m_elementStack;
-        const size_t mark = m_textMarks.back();
-        if (!open.empty()) FlushText(open.back(), mark, m_textSize);
-        m_textSize = mark;
-        m_textMarks.pop_back();
-    }
-    // Without a hook, closing is just the pop.
-    std::vector<CXmlElement*>& stack = m_pDocument->m_elementStack;
-    if (!m_pDocument->m_pElementHook && !stack.empty())
-        stack.pop_back();
-    else
-        m_pDocument->EndElement();
 }
 
 template <typename Body> void CExpatReader::Guard(Body&& body) {
@@ -394,14 +286,14 @@ void CExpatReader::FnStartElement(void* userData, const char* name, const char**
 
 void CExpatReader::FnEndElement(void* userData, const char* /*name*/) {
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
-    reader->Guard([&] { reader->EndElement(); });
+    reader->Guard([&] { reader->m_pBuilder->EndElement(); });
 }
 
 void CExpatReader::FnStartNamespace(void* userData, const char* prefix, const char* uri) {
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
     reader->Guard([&] {
-        const std::string key = prefix ? CEncoder::Utf8ToLocalCodePage(prefix) : std::string();
-        reader->m_pDocument->m_namespaceAliases[key] = uri ? CEncoder::Utf8ToLocalCodePage(uri) : std::string();
+        reader->m_pBuilder->DeclareNamespace(prefix ? CEncoder::Utf8ToLocalCodePage(prefix) : std::string(),
+                                             uri ? CEncoder::Utf8ToLocalCodePage(uri) : std::string());
     });
 }
 
@@ -415,26 +307,18 @@ void CExpatReader::FnText(void* userData, const char* text, int length) {
     if (reader->m_pendingException) return;
     const size_t size = static_cast<size_t>(length);
     // The common case: a piece that fits and needs neither conversion nor removals.
-    if (reader->m_textCapacity - reader->m_textSize >= size &&
-        CopyPlain(reader->m_pText.get() + reader->m_textSize, text, size, reader->m_passThrough ? 0 : HIGH_BITS)) {
-        reader->m_textSize += size;
-        return;
-    }
+    if (reader->m_pBuilder->AppendPlain(text, size, reader->m_passThrough ? 0 : HIGH_BITS)) return;
     reader->Guard([&] { reader->AppendText(text, size); });
 }
 
 void CExpatReader::FnStartCDATA(void* userData) {
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
-    reader->Guard([&] {
-        if (!reader->m_textMarks.empty()) reader->AppendRun("<![CDATA[", 9);
-    });
+    reader->Guard([&] { reader->m_pBuilder->AppendText("<![CDATA[", 9); });
 }
 
 void CExpatReader::FnEndCDATA(void* userData) {
     CExpatReader* reader = static_cast<CExpatReader*>(userData);
-    reader->Guard([&] {
-        if (!reader->m_textMarks.empty()) reader->AppendRun("]]>", 3);
-    });
+    reader->Guard([&] { reader->m_pBuilder->AppendText("]]>", 3); });
 }
 
 } // namespace QvXmlLib10

@@ -14,7 +14,9 @@ struct XML_ParserStruct;
 namespace QvXmlLib10 {
 
 class CXmlDocument;
-class CXmlElement;
+namespace Internal {
+class CDocumentBuilder;
+}
 
 // Adapts the expat parser to the document tree for one parse of the document's raw
 // data, which goes to expat in a single call.
@@ -47,12 +49,8 @@ private:
     void FreeParser();
     // Handler bodies.
     void StartElement(const char* name, const char** attributes);
-    void EndElement();
     void AppendText(const char* text, size_t length);
-    void AppendRun(const char* text, size_t length);
-    void GrowText(size_t length);
-    void FlushText(CXmlElement* element, size_t begin, size_t end);
-    void FlushAllPending();
+    static unsigned long CurrentLine(const void* reader);
     // Converts UTF-8 from expat to the local code page in the scratch buffer.
     std::string Convert(const char* text, size_t length);
     // Runs a handler body; an exception stops the parser and is rethrown by Parse,
@@ -68,14 +66,9 @@ private:
     std::exception_ptr m_pendingException;
     // Names as expat reports them, each converted, split and interned once per parse.
     std::unique_ptr<CNameCache> m_pNames;
-    // Character data of the open elements, gathered in one buffer: each open element
-    // owns the stretch from its mark to the next element's mark (or the end), and text
-    // always belongs to the innermost one. An element receives its stretch at its end
-    // tag, or when the parse stops early.
-    std::unique_ptr<char[]> m_pText;
-    size_t m_textSize;
-    size_t m_textCapacity;
-    std::vector<size_t> m_textMarks;
+    // Builds the tree; an element receives its text at its end tag, or when the parse
+    // stops early.
+    std::unique_ptr<Internal::CDocumentBuilder> m_pBuilder;
 };
 
 } // namespace QvXmlLib10

@@ -16,8 +16,9 @@ namespace QvXmlLib10 {
 class CXmlAttribute;
 class CXmlElement;
 class CXmlSerializationContext;
-class CExpatReader;
-class CFastInfosetReader;
+namespace Internal {
+class CDocumentBuilder;
+}
 
 // The document tree of one load: built by a parser through the build operations,
 // read by the binding, destroyed with the document.
@@ -66,9 +67,8 @@ protected:
     void ParseText();
 
 private:
-    friend class CExpatReader;
-    // Closes elements by shortening the element stack itself.
-    friend class CFastInfosetReader;
+    // The readers build the tree through it.
+    friend class Internal::CDocumentBuilder;
     friend class CXmlElement;
     friend class CXmlAttribute;
     class CNodePool;
@@ -132,7 +132,6 @@ public:
 
 private:
     friend class CXmlElement;
-    friend class CExpatReader;
 
     // An attribute of a document, made in the document's node pool by its element.
     CXmlAttribute(const CXmlDocument::CName* name, const char* value, size_t valueLength)
@@ -182,7 +181,7 @@ public:
 
 private:
     friend class CXmlDocument;
-    friend class CExpatReader;
+    friend class Internal::CDocumentBuilder;
     friend class CClassfactoryBase;
 
     // The document the element belongs to (null for one made without a document): the

@@ -2,6 +2,7 @@
 #include "document/XmlDocument.h"
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
+#include "internal/Limits.h"
 
 #include "../foundation/TestHelpers.h"
 
@@ -299,7 +300,7 @@ TEST(ExpatReader, LongTextInManyPiecesLoadsInLinearTime) {
 }
 
 TEST(ExpatReader, DeepNestingKeepsEachLevelsText) {
-    const int depth = 100000;
+    const int depth = static_cast<int>(Internal::kMaxNestingDepth);
     std::string xml;
     for (int i = 0; i < depth; ++i)
         xml += "<e n=\"" + std::to_string(i) + "\">a";
