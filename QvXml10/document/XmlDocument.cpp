@@ -2,6 +2,7 @@
 
 #include "binding/XmlSerializationContext.h"
 #include "document/ExpatReader.h"
+#include "fastinfoset/FastInfosetReader.h"
 #include "foundation/QvException.h"
 
 #include <algorithm>
@@ -587,7 +588,11 @@ void CXmlDocument::Load(const char* path) {
     Parse();
 }
 
-void CXmlDocument::Parse() { ParseText(); }
+void CXmlDocument::Parse() {
+    // Fast Infoset is recognised by its header; anything else is XML text.
+    CFastInfosetReader reader(m_pContext->GetFIContext(), *this);
+    if (!reader.Parse()) ParseText();
+}
 
 void CXmlDocument::ParseText() {
     CExpatReader reader(*this);
