@@ -200,3 +200,52 @@ TEST(FastInfosetReader, NestingDepthIsLimited) {
     deep.insert(kHeader.size() + 3, 1, '\0');
     EXPECT_EQ("CQvException: The document nests elements deeper than 1000 levels", Failure([&] { LoadDump(deep); }));
 }
+
+TEST(FastInfosetReader, DamagedDocumentsGiveATreeOrAFailure) {
+    // Every prefix and every single-octet change of these documents loads or fails with a
+    // CQvException of the library, and never reads outside the data.
+    const std::string documents[] = {
+        kOrder,
+        kHeader + Bytes("38 CF") + Lit("p") + Lit("urn:p") + Bytes("F0 7F 81 82") + Lit("a") + Bytes("7B 81 82") +
+            Lit("b") + Bytes("00 31 F0 88 02 00 A1 C5 D3 3C 81 A0 01 A0 FF F0"),
+        kHeader + Bytes("7C") + Lit("a") + Bytes("78") + Lit("i") + Bytes("30 33 FF FF FF FF 78") + Lit("b") +
+            Bytes("20 13 20 26 A0 1F F0 8C 06 00 61 62 63 80 0D FF"),
+        Bytes("E0 00 00 01 3F 04") + "UTF-8" + Bytes("01 02") + "1.0" + kRootA,
+    };
+    CXmlDocument document;
+    size_t trees = 0, failures = 0;
+    auto load = [&](const std::string& bytes) {
+        try {
+            FiTest::LoadBytes(document, bytes);
+            ++trees;
+        } catch (const CQvException& e) {
+            EXPECT_FALSE(e.GetMessage().empty());
+            ++failures;
+        }
+    };
+    for (const std::string& bytes : documents) {
+        for (size_t length = 1; length < bytes.size(); ++length)
+            load(bytes.substr(0, length));
+        for (size_t at = 0; at < bytes.size(); ++at)
+            for (int value = 0; value < 256; ++value) {
+                std::string changed = bytes;
+                changed[at] = static_cast<char>(value);
+                load(changed);
+            }
+    }
+    EXPECT_GT(trees, 0u);
+    EXPECT_GT(failures, 0u);
+}
+
+TEST(FastInfosetReader, LengthsBeyondTheDataAreRefusedBeforeUse) {
+    // Four-octet lengths of up to 4 GB in each string form.
+    const std::string root = kHeader + Bytes("7C") + Lit("a");
+    const std::string cases[] = {
+        kHeader + Bytes("3C 60 FF FF FF FF 61"),   root + Bytes("78") + Lit("b") + Bytes("0C FF FF FF FF 61"),
+        root + Bytes("F0 83 FF FF FF FF 61"),      root + Bytes("F0 8C 0B FF FF FF FF 61"),
+        Bytes("E0 00 00 01 04 60 FF FF FF FF 61"),
+    };
+    for (const std::string& bytes : cases)
+        EXPECT_EQ("CQvException: Failed to parse FastInfoset. Unexpected End of File.",
+                  Failure([&] { LoadDump(bytes); }));
+}
