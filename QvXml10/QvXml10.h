@@ -21,6 +21,7 @@
 #include "fastinfoset/FastInfosetBinaryData.h"
 #include "fastinfoset/FIVocabulary.h"
 #include "fastinfoset/FastInfosetContext.h"
+#include "fastinfoset/FastInfosetWriter.h"
 
 #include "values/Conversions.h"
 #include "values/QvVariant.h"
