@@ -22,6 +22,7 @@
 #include "fastinfoset/FIVocabulary.h"
 #include "fastinfoset/FastInfosetContext.h"
 #include "fastinfoset/FastInfosetReader.h"
+#include "fastinfoset/FastInfosetWriter.h"
 
 #include "values/Conversions.h"
 #include "values/QvVariant.h"

@@ -1,10 +1,12 @@
 // Entry points of CXmlObjectBase that take or give bytes: reading from a byte buffer,
-// and the text output entry points, each of which builds a sink and a text writer, has
-// the object write itself through ToXml_Int and takes the result.
+// and the text and Fast Infoset output entry points, each of which builds a sink and a
+// writer, has the object write itself through ToXml_Int and takes the result.
 
 #include "binding/XmlObjectBase.h"
 
 #include "document/XmlTextWriter.h"
+#include "fastinfoset/FastInfosetWriter.h"
+#include "foundation/QvException.h"
 #include "foundation/Streams.h"
 
 namespace QvXmlLib10 {
@@ -65,6 +67,30 @@ void CXmlObjectBase::ToXmlFile(const char* path, bool declaration, bool format, 
     }
     CBinaryData bytes = ToXmlStream(declaration, format, encoding, eol, context, compression);
     CFileBinaryStream file(path, encoding, bytes);
+    file.ToFile();
+}
+
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl declaration, const CXmlSerializationContext& context,
+                                                CompressionType compression) const {
+    if (compression != CompressionType_None) throw CQvException("Compression is not supported yet.");
+    CheckVersion();
+    CBinaryStream stream;
+    CFastInfosetWriter writer(context.GetFIContext(), stream);
+    writer.Open();
+    writer.WriteStartDocument(declaration);
+    const std::string targetNamespace = GetTargetNamespace();
+    CXmlObjectBase::ToXml_Int(this, &writer, true, targetNamespace.c_str(), context, false);
+    writer.WriteEndDocument();
+    writer.Close();
+    return stream.GetBinaryStream();
+}
+
+void CXmlObjectBase::ToFastInfosetFile(const char* path, FInfoDecl declaration, const CXmlSerializationContext& context,
+                                       CompressionType compression) const {
+    if (compression == CompressionType_ZLib)
+        throw CQvException("ZLIB Compression only available for To Stream methods.");
+    CBinaryData bytes = ToFastInfosetStream(declaration, context, compression);
+    CFileBinaryStream file(path, XmlEncoding_None, bytes);
     file.ToFile();
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
+#include "internal/FixedWidthEncoding.h"
 #include "values/Conversions.h"
 
 #include <cstdint>
@@ -13,12 +14,10 @@ namespace {
 
 constexpr CConversions::WhitespaceRule kNoRule = CWhitespaceUtils::WhitespaceRule_None;
 
-// Appends the low `octets` bytes of value, most significant first.
-void AppendBigEndian(CBinaryData& data, uint64_t value, unsigned octets) {
-    unsigned char bytes[8];
+// Stores the low `octets` bytes of value, most significant first.
+void PutBigEndian(unsigned char* out, uint64_t value, unsigned octets) {
     for (unsigned i = 0; i < octets; ++i)
-        bytes[i] = static_cast<unsigned char>(value >> (8 * (octets - 1 - i)));
-    data.Append(bytes, octets);
+        out[i] = static_cast<unsigned char>(value >> (8 * (octets - 1 - i)));
 }
 
 uint64_t ReadBigEndian(const unsigned char* bytes, unsigned octets) {
@@ -62,9 +61,48 @@ std::string BooleansToString(const CBinaryData& data) {
 
 } // namespace
 
+unsigned Internal::EncodeFixedWidth(unsigned long algorithm, const std::string& text, unsigned char* out) {
+    switch (algorithm) {
+    case 3:
+        PutBigEndian(out, static_cast<uint16_t>(CConversions::i2FromString(text, kNoRule)), 2);
+        return 2;
+    case 4:
+        PutBigEndian(out, static_cast<uint32_t>(CConversions::i4FromString(text, kNoRule)), 4);
+        return 4;
+    case 5:
+        PutBigEndian(out, static_cast<uint64_t>(CConversions::i8FromString(text, kNoRule)), 8);
+        return 8;
+    case 6:
+        // Three unused bits at the end (0x30), the value in bit 3.
+        out[0] = CConversions::booleanFromString(text, kNoRule) ? 0x38 : 0x30;
+        return 1;
+    case 7: {
+        const float number = CConversions::r4FromString(text, kNoRule);
+        uint32_t bits;
+        std::memcpy(&bits, &number, sizeof bits);
+        PutBigEndian(out, bits, 4);
+        return 4;
+    }
+    case 8: {
+        const double number = CConversions::r8FromString(text, kNoRule);
+        uint64_t bits;
+        std::memcpy(&bits, &number, sizeof bits);
+        PutBigEndian(out, bits, 8);
+        return 8;
+    }
+    default:
+        return 0;
+    }
+}
+
 void CFastInfosetBinaryData::SetAsEncodedString(unsigned long algorithm, const char* text) {
     Clear();
     const std::string value = text ? text : "";
+    unsigned char octets[8];
+    if (const unsigned length = Internal::EncodeFixedWidth(algorithm, value, octets)) {
+        Append(octets, length);
+        return;
+    }
     switch (algorithm) {
     case 1:
     case 9:
@@ -73,33 +111,6 @@ void CFastInfosetBinaryData::SetAsEncodedString(unsigned long algorithm, const c
     case 2:
         SetAsBase64(value.c_str());
         break;
-    case 3:
-        AppendBigEndian(*this, static_cast<uint16_t>(CConversions::i2FromString(value, kNoRule)), 2);
-        break;
-    case 4:
-        AppendBigEndian(*this, static_cast<uint32_t>(CConversions::i4FromString(value, kNoRule)), 4);
-        break;
-    case 5:
-        AppendBigEndian(*this, static_cast<uint64_t>(CConversions::i8FromString(value, kNoRule)), 8);
-        break;
-    case 6:
-        // Three unused bits at the end (0x30), the value in bit 3.
-        Append(static_cast<unsigned char>(CConversions::booleanFromString(value, kNoRule) ? 0x38 : 0x30));
-        break;
-    case 7: {
-        const float number = CConversions::r4FromString(value, kNoRule);
-        uint32_t bits;
-        std::memcpy(&bits, &number, sizeof bits);
-        AppendBigEndian(*this, bits, 4);
-        break;
-    }
-    case 8: {
-        const double number = CConversions::r8FromString(value, kNoRule);
-        uint64_t bits;
-        std::memcpy(&bits, &number, sizeof bits);
-        AppendBigEndian(*this, bits, 8);
-        break;
-    }
     case 10:
         Append(CEncoder::LocalCodePageToUtf8Binary(value.c_str()));
         break;
