@@ -2,6 +2,7 @@
 
 #include "fastinfoset/FastInfosetBinaryData.h"
 #include "fastinfoset/FastInfosetContext.h"
+#include "fastinfoset/FastInfosetWriter.h"
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
 #include "internal/DocumentBuilder.h"
@@ -14,18 +15,6 @@ namespace QvXmlLib10 {
 
 namespace {
 
-// The XML declarations that may stand in front of the header, in the order they are tried.
-const char* const kDeclarations[] = {
-    "<?xml encoding='finf'?>",
-    "<?xml encoding='finf' standalone='yes'?>",
-    "<?xml encoding='finf' standalone='no'?>",
-    "<?xml version='1.0' encoding='finf'?>",
-    "<?xml version='1.0' encoding='finf' standalone='yes'?>",
-    "<?xml version='1.0' encoding='finf' standalone='no'?>",
-    "<?xml version='1.1' encoding='finf'?>",
-    "<?xml version='1.1' encoding='finf' standalone='yes'?>",
-    "<?xml version='1.1' encoding='finf' standalone='no'?>",
-};
 
 const uint64_t kScratchSize = 1024;
 const uint64_t kHighBits = 0x8080808080808080ull;
@@ -202,7 +191,7 @@ bool CFastInfosetReader::Parse() {
 
 bool CFastInfosetReader::ReadHeader() {
     if (CheckHeader()) return true;
-    for (const char* declaration : kDeclarations)
+    for (const char* declaration : FI_DECLARATION_LIST)
         if (CheckDeclaration(declaration)) return CheckHeader();
     return false;
 }
