@@ -249,3 +249,10 @@ TEST(FastInfosetReader, LengthsBeyondTheDataAreRefusedBeforeUse) {
         EXPECT_EQ("CQvException: Failed to parse FastInfoset. Unexpected End of File.",
                   Failure([&] { LoadDump(bytes); }));
 }
+
+TEST(FastInfosetReader, TheElementHookIsLeftOut) {
+    // The hook that would remove every element serves text input only.
+    CXmlDocument document([](CXmlElement*) { return true; });
+    FiTest::LoadBytes(document, kOrder);
+    EXPECT_EQ("order[id=7](name'Ann')", FiTest::Dump(document.GetDocumentElement()));
+}

@@ -47,6 +47,14 @@ inline std::string Dump(const QvXmlLib10::CXmlElement* element) {
     return text;
 }
 
+// The tree and the aliases of the prefixes named (a list ended by a null pointer).
+inline std::string Describe(const QvXmlLib10::CXmlDocument& document, const char* const* prefixes) {
+    std::string text = Dump(document.GetDocumentElement());
+    for (; *prefixes; ++prefixes)
+        text += std::string(" ") + *prefixes + "=" + document.LookupNamespaceFromAlias(*prefixes);
+    return text;
+}
+
 // Loads the bytes through LoadXmlStream, the route that recognises Fast Infoset.
 inline void LoadBytes(QvXmlLib10::CXmlDocument& document, const std::string& bytes) {
     document.LoadXmlStream(reinterpret_cast<unsigned char*>(const_cast<char*>(bytes.data())),

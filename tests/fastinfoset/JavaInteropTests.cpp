@@ -45,24 +45,16 @@ std::string EncodeWithJava(const std::string& xml, const std::string& name, cons
 #endif
 }
 
-// The tree and the aliases of the prefixes asked for, in one line.
-std::string Describe(CXmlDocument& document, const char* const* prefixes) {
-    std::string text = FiTest::Dump(document.GetDocumentElement());
-    for (; *prefixes; ++prefixes)
-        text += std::string(" ") + *prefixes + "=" + document.LookupNamespaceFromAlias(*prefixes);
-    return text;
-}
-
 std::string FromText(const std::string& xml, const char* const* prefixes) {
     CXmlDocument document;
     document.LoadXml(xml.c_str());
-    return Describe(document, prefixes);
+    return FiTest::Describe(document, prefixes);
 }
 
 std::string FromFastInfoset(const std::string& bytes, const char* const* prefixes) {
     CXmlDocument document;
     FiTest::LoadBytes(document, bytes);
-    return Describe(document, prefixes);
+    return FiTest::Describe(document, prefixes);
 }
 
 // Many distinct names, values and chunks, each used twice, so that indices of every
@@ -80,7 +72,7 @@ std::string ManyNames() {
     return xml + "</root>";
 }
 
-const char kOrderLike[] =
+const std::string kOrderLike =
     "<?xml version='1.0'?>\n"
     "<!-- a comment before the root -->\n"
     "<p:order xmlns:p='urn:p' xmlns='urn:d' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' id='7' "
@@ -88,10 +80,9 @@ const char kOrderLike[] =
     "  <?process this?>\n"
     "  <name xml:lang='en'>Ann &amp; Bob</name>\n"
     "  <name xml:lang='en'>Ann &amp; Bob</name>\n"
-    "  <text>A line of text that is longer than sixty-four octets, so that its length takes the next "
-    "form; and then some more words to pass three hundred and twenty octets, which is where the long form of "
-    "a length begins for identifying strings, though character chunks change forms at other lengths again, "
-    "namely at nine and at two hundred and sixty-five octets.</text>\n"
+    "  <text>" +
+    std::string(400, 'x') +
+    "</text>\n"
     "  <p:line p:no='1'><qty>2</qty><price>10.50</price></p:line>\n"
     "  <p:line p:no='2' xmlns:p='urn:p2'><qty>2</qty><empty/></p:line>\n"
     "</p:order>\n";

@@ -21,13 +21,6 @@ namespace {
 using Events = std::function<void(CXmlWriter&)>;
 const char* const kPrefixes[] = {"", "p", "AA", "AB", nullptr};
 
-std::string Describe(const CXmlDocument& document) {
-    std::string text = FiTest::Dump(document.GetDocumentElement());
-    for (const char* const* prefix = kPrefixes; *prefix; ++prefix)
-        text += std::string(" ") + *prefix + "=" + document.LookupNamespaceFromAlias(*prefix);
-    return text;
-}
-
 std::string ThroughText(const Events& events) {
     CTextStream stream(XmlEncoding_None);
     CXmlTextWriter writer(stream);
@@ -37,7 +30,7 @@ std::string ThroughText(const Events& events) {
     writer.Close();
     CXmlDocument document;
     document.LoadXml(stream.GetText());
-    return Describe(document);
+    return FiTest::Describe(document, kPrefixes);
 }
 
 std::string ThroughFastInfoset(const Events& events, const CXmlSerializationContext& context,
@@ -52,7 +45,7 @@ std::string ThroughFastInfoset(const Events& events, const CXmlSerializationCont
     const CBinaryData bytes = stream.GetBinaryStream();
     CXmlDocument document(context);
     document.LoadXmlStream(bytes.GetData(), bytes.GetLength());
-    return Describe(document);
+    return FiTest::Describe(document, kPrefixes);
 }
 
 // The prefixes that the writers invent (AA for urn:x, AB for the instance namespace)
@@ -98,32 +91,24 @@ void Order(CXmlWriter& w) {
 } // namespace
 
 TEST(FastInfosetRoundTrip, WriterOutputLoadsAsItsText) {
-    CXmlSerializationContext context;
-    const std::string text = ThroughText(Order);
-    const std::string expected = WithoutInventedPrefixes(text);
-    EXPECT_EQ(expected, ThroughFastInfoset(Order, context));
-    EXPECT_EQ(expected, ThroughFastInfoset(Order, context, static_cast<FInfoDecl>(9)));
-    // Shared through the tables up to 100 bytes, and nothing shared.
-    context.GetFIContext().SetAttributeMaxAddLength(100);
-    context.GetFIContext().SetElementMaxAddLength(100);
-    EXPECT_EQ(expected, ThroughFastInfoset(Order, context));
-    context.GetFIContext().SetAttributeMaxAddLength(0);
-    context.GetFIContext().SetElementMaxAddLength(0);
-    EXPECT_EQ(expected, ThroughFastInfoset(Order, context));
-}
-
-TEST(FastInfosetRoundTrip, GeneratedVocabularyOnBothSides) {
-    CXmlSerializationContext context;
-    CFastInfosetContext& fi = context.GetFIContext();
-    fi.GetVocabulary()->AddElement("", "urn:d", "order");
-    fi.GetVocabulary()->AddElement("p", "urn:p", "line");
-    fi.GetVocabulary()->AddAttribute("", "", "no");
-    fi.GetVocabulary()->AddAttributeValue("1");
-    fi.GetVocabulary()->AddElementValue("AB-1");
-    fi.SetUseGeneratedVocabulary(true);
-    fi.SetExternalVocabularyURI("urn:vocabulary");
     const std::string expected = WithoutInventedPrefixes(ThroughText(Order));
-    EXPECT_EQ(expected, ThroughFastInfoset(Order, context));
+    // Values shared up to the default length, up to 100 bytes and never; a generated
+    // vocabulary on both sides.
+    CXmlSerializationContext contexts[4];
+    contexts[1].GetFIContext().SetAttributeMaxAddLength(100);
+    contexts[1].GetFIContext().SetElementMaxAddLength(100);
+    contexts[2].GetFIContext().SetAttributeMaxAddLength(0);
+    contexts[2].GetFIContext().SetElementMaxAddLength(0);
+    CFIVocabulary& vocabulary = *contexts[3].GetFIContext().GetVocabulary();
+    vocabulary.AddElement("", "urn:d", "order");
+    vocabulary.AddElement("p", "urn:p", "line");
+    vocabulary.AddAttribute("", "", "no");
+    vocabulary.AddAttributeValue("1");
+    vocabulary.AddElementValue("AB-1");
+    contexts[3].GetFIContext().SetUseGeneratedVocabulary(true);
+    for (const CXmlSerializationContext& context : contexts)
+        EXPECT_EQ(expected, ThroughFastInfoset(Order, context));
+    EXPECT_EQ(expected, ThroughFastInfoset(Order, contexts[0], static_cast<FInfoDecl>(9)));
 }
 
 TEST(FastInfosetRoundTrip, ValuesThroughAlgorithmsAndAlphabets) {
