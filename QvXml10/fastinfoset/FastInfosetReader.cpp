@@ -15,7 +15,6 @@ namespace QvXmlLib10 {
 
 namespace {
 
-
 const uint64_t kScratchSize = 1024;
 const uint64_t kHighBits = 0x8080808080808080ull;
 // A table of names keeps to the largest index that the format can carry.
@@ -132,8 +131,8 @@ const Internal::CDocumentBuilder::Name* CFastInfosetReader::CTables::Intern(CFas
 
 CFastInfosetReader::CFastInfosetReader(const CFastInfosetContext& context, CXmlDocument& document)
     : CInstanceMonitor("CFastInfosetReader"), m_pFIContext(&context), m_pDocument(&document), m_pNext(nullptr),
-      m_pCurrent(nullptr), m_pEnd(nullptr), m_indexValue(0), m_addToTable(false), m_text{nullptr, 0}, m_name{0, 0, 0},
-      m_scratchSize(0) {}
+      m_pCurrent(nullptr), m_pEnd(nullptr), m_indexValue(0), m_addToTable(false), m_text{nullptr, 0}, m_scratchSize(0) {
+}
 
 CFastInfosetReader::~CFastInfosetReader() { Cleanup(); }
 

@@ -112,7 +112,6 @@ private:
     uint64_t m_indexValue;
     bool m_addToTable;
     CText m_text;
-    CQName m_name;
     std::unique_ptr<unsigned char[]> m_pScratch;
     uint64_t m_scratchSize;
     // The working tables of this document, seeded from the generated vocabulary if the
