@@ -1,17 +1,16 @@
 #include "binding/ClassfactoryBase.h"
 
 #include "document/XmlDocument.h"
+#include "internal/Constants.h"
 
 namespace QvXmlLib10 {
 
 namespace {
 
-const char XSI_NAMESPACE[] = "http://www.w3.org/2001/XMLSchema-instance";
-
 // The value of the element's first xsi:type attribute, null when there is none.
 const std::string* TypeAttribute(const CXmlElement* element) {
     for (const auto& attribute : element->GetAttributes()) {
-        if (attribute->GetLocalName() == "type" && attribute->GetNamespaceURI() == XSI_NAMESPACE)
+        if (attribute->GetLocalName() == "type" && attribute->GetNamespaceURI() == Internal::kXsiNamespace)
             return &attribute->GetValue();
     }
     return nullptr;

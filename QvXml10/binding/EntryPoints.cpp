@@ -1,6 +1,5 @@
-// Entry points of CXmlObjectBase that take or give bytes: reading from a byte buffer,
-// and the text and Fast Infoset output entry points, each of which builds a sink and a
-// writer, has the object write itself through ToXml_Int and takes the result.
+// The text and Fast Infoset output entry points of CXmlObjectBase: each builds a sink
+// and a writer, has the object write itself through ToXml_Int and takes the result.
 
 #include "binding/XmlObjectBase.h"
 
@@ -29,11 +28,6 @@ void WriteDocument(const CXmlObjectBase& object, CXmlTextWriter& writer, bool de
 }
 
 } // namespace
-
-void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CXmlSerializationContext& context) {
-    // Not through the virtual table, and no version check of its own: the called form has one.
-    CXmlObjectBase::FromXmlStream(data.GetData(), data.GetLength(), context);
-}
 
 std::string CXmlObjectBase::ToXml(bool declaration, bool format, EOLType eol,
                                   const CXmlSerializationContext& context) const {

@@ -9,6 +9,9 @@
 #include "document/XmlWriter.h"
 #include "foundation/QvException.h"
 #include "values/QvVariant.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 using namespace QvXmlLib10Data;
 
@@ -352,7 +355,7 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const char* 
                 if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace);
             }
 
-            writer->WriteStartElement(m_elementName, namespaceUri != nullptr ? namespaceUri : "");
+            writer->WriteStartElement(m_elementName, OrEmpty(namespaceUri));
             if (isRoot) {
                 const CSmartPtr<CAttributeCol> rootAttributes = context.GetAdditionalRootAttributes();
                 CXmlObjectBase::ToXml_Int(rootAttributes.Get(), writer, false, namespaceUri, context, isChoiceMember);

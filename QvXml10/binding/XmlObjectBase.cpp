@@ -5,9 +5,12 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "validation/XmlObjectHelper.h"
+#include "internal/Text.h"
 
 #include <cstdio>
 #include <cstring>
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
@@ -91,7 +94,7 @@ long CXmlObjectBase::Release() {
 
 std::string CXmlObjectBase::GetElementName() const { return m_elementName; }
 
-void CXmlObjectBase::SetElementName(const char* name) { m_elementName = name ? name : ""; }
+void CXmlObjectBase::SetElementName(const char* name) { m_elementName = OrEmpty(name); }
 
 void CXmlObjectBase::OnEvent(CXmlObjectBase* /*source*/, MsgType /*type*/, void* /*data*/) {}
 
@@ -130,6 +133,11 @@ void CXmlObjectBase::FromXmlStream(unsigned char* data, unsigned long length, co
     document.LoadXmlStream(data, length);
     CXmlElement* root = document.GetDocumentElement();
     FromXml_Int(root, root->GetFirstElement(), context, false);
+}
+
+void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CXmlSerializationContext& context) {
+    // Not through the virtual table, and no version check of its own: the called form has one.
+    CXmlObjectBase::FromXmlStream(data.GetData(), data.GetLength(), context);
 }
 
 CXmlElement* CXmlObjectBase::FromXmlElement(const CXmlElement* element, const CXmlSerializationContext& context) {
@@ -173,7 +181,7 @@ void CXmlObjectBase::Throw_IfPropertyIsNull(CXmlObjectBase* value, const char* n
 void CXmlObjectBase::Throw_IfElementNameDiffers(CXmlObjectBase* value, const char* name) {
     if (value == nullptr) return;
     const std::string elementName = value->GetBase()->GetElementName();
-    if (std::strcmp(elementName.c_str(), name ? name : "") != 0) {
+    if (std::strcmp(elementName.c_str(), OrEmpty(name)) != 0) {
         throw CQvInvalidParamException(FormatString(
             "This property requrires an element with the name %s the element being set has the element name %s", name,
             elementName.c_str()));
@@ -240,19 +248,17 @@ void CXmlObjectBase::Choice_Read_Collection(CXmlCollectionBase* collection, CXml
 
 bool CXmlObjectBase::DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* element,
                                           const char* name, const char* namespaceUri) const {
-    return CXmlObjectHelper::DoesElementNameMatch(context, element, name ? name : "", namespaceUri ? namespaceUri : "");
+    return CXmlObjectHelper::DoesElementNameMatch(context, element, OrEmpty(name), OrEmpty(namespaceUri));
 }
 
 bool CXmlObjectBase::IsNamespaceValid(const char* namespaceUri, const char* restriction,
                                       const char* targetNamespace) const {
-    return CXmlObjectHelper::IsNamespaceValid(namespaceUri ? namespaceUri : "", restriction ? restriction : "",
-                                              targetNamespace ? targetNamespace : "");
+    return CXmlObjectHelper::IsNamespaceValid(OrEmpty(namespaceUri), OrEmpty(restriction), OrEmpty(targetNamespace));
 }
 
 void CXmlObjectBase::TestNamespace(const char* namespaceUri, const char* restriction,
                                    const char* targetNamespace) const {
-    CXmlObjectHelper::TestNamespace(namespaceUri ? namespaceUri : "", restriction ? restriction : "",
-                                    targetNamespace ? targetNamespace : "");
+    CXmlObjectHelper::TestNamespace(OrEmpty(namespaceUri), OrEmpty(restriction), OrEmpty(targetNamespace));
 }
 
 void CXmlObjectBase::FireOnCollectionChangeEvent(IEventSink* sink, CXmlCollectionBase* collection) {

@@ -5,14 +5,11 @@
 #include "document/XmlWriter.h"
 #include "foundation/QvException.h"
 #include "validation/XmlObjectHelper.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
-
-namespace {
-
-const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
-
-} // namespace
 
 // ---------------------------------------------------------------------------------------------
 // CAttribute

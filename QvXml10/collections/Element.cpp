@@ -7,12 +7,13 @@
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
 #include "validation/XmlObjectHelper.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
 namespace {
-
-const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
 
 bool IsNamespaceKeyword(const char* namespaceUri) {
     return std::strcmp(namespaceUri, "##any") == 0 || std::strcmp(namespaceUri, "##other") == 0 ||

@@ -6,6 +6,9 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "validation/XmlObjectHelper.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
@@ -15,7 +18,7 @@ namespace QvXmlLib10 {
 CXmlCollectionBase::CXmlCollectionBase() : m_minOccurs(0), m_maxOccurs(-1) {}
 
 CXmlCollectionBase::CXmlCollectionBase(const char* elementName, const char* namespaceUri, int minOccurs, int maxOccurs)
-    : m_namespace(namespaceUri ? namespaceUri : ""), m_minOccurs(minOccurs), m_maxOccurs(maxOccurs) {
+    : m_namespace(OrEmpty(namespaceUri)), m_minOccurs(minOccurs), m_maxOccurs(maxOccurs) {
     SetElementName(elementName);
 }
 
@@ -230,7 +233,7 @@ CXmlTypeCollection::CXmlTypeCollection(ItemType itemType, const char* elementNam
                                        CWhitespaceUtils::WhitespaceRule whitespaceRule, const char* format)
     : CXmlCollectionBase(elementName, namespaceUri, minOccurs, maxOccurs),
       m_restrictions(pattern, minLength, maxLength, minInclusive, maxInclusive, minExclusive, maxExclusive, length),
-      m_itemType(itemType), m_format(format ? format : ""), m_whitespaceRule(whitespaceRule) {}
+      m_itemType(itemType), m_format(OrEmpty(format)), m_whitespaceRule(whitespaceRule) {}
 
 CXmlTypeCollection::~CXmlTypeCollection() {}
 

@@ -4,13 +4,16 @@
 #include "document/XmlDocument.h"
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
+#include "internal/ByteScan.h"
 #include "internal/DocumentBuilder.h"
+#include "internal/Hashing.h"
+#include "internal/Limits.h"
+#include "internal/Locale.h"
 
 #include <expat.h>
 
 #include <algorithm>
 #include <cstring>
-#include <langinfo.h>
 #include <string>
 
 namespace QvXmlLib10 {
@@ -19,70 +22,7 @@ namespace {
 
 const uint64_t SCRATCH_SIZE = 1024;
 
-constexpr uint64_t HIGH_BITS = 0x8080808080808080ull;
-
-uint64_t Load64(const char* p) {
-    uint64_t word;
-    std::memcpy(&word, p, 8);
-    return word;
-}
-
-uint32_t Load32(const char* p) {
-    uint32_t word;
-    std::memcpy(&word, p, 4);
-    return word;
-}
-
-// Whether any byte is outside ASCII, eight bytes per step.
-bool HasHighBit(const char* text, size_t length) {
-    size_t i = 0;
-    for (; i + 8 <= length; i += 8)
-        if (Load64(text + i) & HIGH_BITS) return true;
-    for (; i < length; ++i)
-        if (static_cast<unsigned char>(text[i]) & 0x80) return true;
-    return false;
-}
-
-// Eight bytes per step: names are short, and this runs for every name expat reports.
-// The last step reads the final eight bytes, overlapping the one before.
-size_t HashName(const char* text, size_t length) {
-    uint64_t hash = 0x9E3779B97F4A7C15ull ^ length;
-    uint64_t last;
-    if (length >= 8) {
-        for (size_t i = 0; i + 8 < length; i += 8) {
-            hash = (hash ^ Load64(text + i)) * 0xFF51AFD7ED558CCDull;
-            hash ^= hash >> 32;
-        }
-        last = Load64(text + length - 8);
-    } else if (length >= 4) {
-        last = Load32(text) | static_cast<uint64_t>(Load32(text + length - 4)) << 32;
-    } else {
-        last = 0;
-        for (size_t i = 0; i < length; ++i)
-            last = last << 8 | static_cast<unsigned char>(text[i]);
-    }
-    hash = (hash ^ last) * 0xC4CEB9FE1A85EC53ull;
-    return static_cast<size_t>(hash ^ hash >> 32);
-}
-
-// Whether two texts of the same length are equal; names are short, so the words are
-// compared inline, the last one overlapping the one before.
-inline bool SameBytes(const char* a, const char* b, size_t length) {
-    if (length >= 8) {
-        for (size_t i = 0; i + 8 < length; i += 8)
-            if (Load64(a + i) != Load64(b + i)) return false;
-        return Load64(a + length - 8) == Load64(b + length - 8);
-    }
-    if (length >= 4) return Load32(a) == Load32(b) && Load32(a + length - 4) == Load32(b + length - 4);
-    for (size_t i = 0; i < length; ++i)
-        if (a[i] != b[i]) return false;
-    return true;
-}
-
-bool IsUtf8Locale() {
-    const char* codeset = nl_langinfo(CODESET);
-    return codeset && (std::strcmp(codeset, "UTF-8") == 0 || std::strcmp(codeset, "utf8") == 0);
-}
+using Internal::HasHighByte;
 
 } // namespace
 
@@ -92,23 +32,19 @@ bool IsUtf8Locale() {
 // one parse only, because the conversion depends on the locale of the moment.
 class CExpatReader::CNameCache {
 public:
-    explicit CNameCache(CExpatReader& reader) : m_reader(reader), m_slots(64, Slot{0, nullptr, 0, 0}), m_count(0) {}
+    explicit CNameCache(CExpatReader& reader) : m_reader(reader) {}
 
     const Internal::CDocumentBuilder::Name* Lookup(const char* name) {
         const size_t length = std::strlen(name);
-        const size_t hash = HashName(name, length);
-        const size_t mask = m_slots.size() - 1;
-        for (size_t i = hash & mask;; i = (i + 1) & mask) {
-            const Slot& slot = m_slots[i];
-            if (!slot.name) return Add(name, length, hash);
-            if (slot.hash == hash && slot.length == length && SameBytes(m_keys.data() + slot.offset, name, length))
-                return slot.name;
-        }
+        const size_t hash = Internal::HashBytes(name, length);
+        const Entry* found = m_table.Find(hash, [&](const Entry& entry) {
+            return entry.length == length && Internal::SameBytes(m_keys.data() + entry.offset, name, length);
+        });
+        return found ? found->name : Add(name, length, hash);
     }
 
 private:
-    struct Slot {
-        size_t hash;
+    struct Entry {
         const Internal::CDocumentBuilder::Name* name;
         size_t offset; // of the raw name in m_keys
         size_t length;
@@ -118,7 +54,7 @@ private:
         std::string converted;
         const char* name = raw;
         size_t length = rawLength;
-        if (!m_reader.m_passThrough && HasHighBit(raw, rawLength)) {
+        if (!m_reader.m_passThrough && HasHighByte(raw, rawLength)) {
             converted = m_reader.Convert(raw, rawLength);
             name = converted.data();
             length = converted.size();
@@ -129,30 +65,14 @@ private:
             bar ? m_reader.m_pBuilder->InternName(name, namespaceLength, bar + 1, length - namespaceLength - 1)
                 : m_reader.m_pBuilder->InternName("", 0, name, length);
 
-        if (2 * (m_count + 1) > m_slots.size()) {
-            std::vector<Slot> slots(m_slots.size() * 2, Slot{0, nullptr, 0, 0});
-            for (const Slot& slot : m_slots)
-                if (slot.name) Place(slots, slot);
-            m_slots.swap(slots);
-        }
         const size_t offset = m_keys.size();
         m_keys.append(raw, rawLength);
-        Place(m_slots, Slot{hash, interned, offset, rawLength});
-        ++m_count;
+        m_table.Insert(hash, Entry{interned, offset, rawLength});
         return interned;
     }
 
-    static void Place(std::vector<Slot>& slots, const Slot& slot) {
-        const size_t mask = slots.size() - 1;
-        size_t i = slot.hash & mask;
-        while (slots[i].name)
-            i = (i + 1) & mask;
-        slots[i] = slot;
-    }
-
     CExpatReader& m_reader;
-    std::vector<Slot> m_slots;
-    size_t m_count;
+    Internal::CProbeTable<Entry> m_table;
     std::string m_keys;
 };
 
@@ -180,7 +100,7 @@ void CExpatReader::FreeParser() {
 void CExpatReader::CreateParser() {
     m_pScratch.reset(new unsigned char[SCRATCH_SIZE]);
     m_scratchSize = SCRATCH_SIZE;
-    m_passThrough = ASCII_ONLY || IsUtf8Locale();
+    m_passThrough = ASCII_ONLY || Internal::IsUtf8Locale();
     m_pBuilder.reset(new Internal::CDocumentBuilder(*m_pDocument, Internal::CDocumentBuilder::Hook::Call));
     m_pBuilder->SetLineSource(CurrentLine, this);
     m_pNames.reset(new CNameCache(*this));
@@ -206,9 +126,20 @@ unsigned long CExpatReader::CurrentLine(const void* reader) {
 
 void CExpatReader::Parse(bool isFinal) {
     if (!m_parser) CreateParser();
+    // The input goes to expat in pieces: expat copies what it is given into a buffer of
+    // its own, which then stays the size of a piece instead of growing to the whole input,
+    // and a piece is still in the cache when it is parsed. Expat carries names, characters
+    // and line numbers across the boundaries.
+    const char* data = reinterpret_cast<const char*>(m_pBuilder->GetData());
     const uint64_t length = m_pBuilder->GetDataLength();
-    const XML_Status status = XML_Parse(m_parser, reinterpret_cast<const char*>(m_pBuilder->GetData()),
-                                        static_cast<int>(length), isFinal ? 1 : 0);
+    uint64_t offset = 0;
+    XML_Status status = XML_STATUS_OK;
+    do {
+        const uint64_t piece = std::min<uint64_t>(Internal::kParsePieceSize, length - offset);
+        const bool last = offset + piece == length;
+        status = XML_Parse(m_parser, data + offset, static_cast<int>(piece), last && isFinal ? 1 : 0);
+        offset += piece;
+    } while (status == XML_STATUS_OK && !m_pendingException && offset < length);
     if (m_pendingException || status != XML_STATUS_OK) m_pBuilder->Fail();
     if (m_pendingException) {
         Cleanup();
@@ -240,7 +171,7 @@ std::string CExpatReader::Convert(const char* text, size_t length) {
 
 void CExpatReader::AppendText(const char* text, size_t length) {
     std::string converted;
-    if (!m_passThrough && HasHighBit(text, length)) {
+    if (!m_passThrough && HasHighByte(text, length)) {
         converted = Convert(text, length);
         text = converted.data();
         length = converted.size();
@@ -260,7 +191,7 @@ void CExpatReader::StartElement(const char* name, const char** attributes) {
         const Internal::CDocumentBuilder::Name* attributeName = m_pNames->Lookup(attribute[0]);
         const char* value = attribute[1];
         const size_t valueLength = std::strlen(value);
-        if (m_passThrough || !HasHighBit(value, valueLength)) {
+        if (m_passThrough || !HasHighByte(value, valueLength)) {
             m_pBuilder->AddAttribute(attributeName, value, valueLength);
         } else {
             const std::string converted = CEncoder::Utf8ToLocalCodePage(value);
@@ -307,7 +238,7 @@ void CExpatReader::FnText(void* userData, const char* text, int length) {
     if (reader->m_pendingException) return;
     const size_t size = static_cast<size_t>(length);
     // The common case: a piece that fits and needs neither conversion nor removals.
-    if (reader->m_pBuilder->AppendPlain(text, size, reader->m_passThrough ? 0 : HIGH_BITS)) return;
+    if (reader->m_pBuilder->AppendPlain(text, size, reader->m_passThrough ? 0 : Internal::kByteHighBits)) return;
     reader->Guard([&] { reader->AppendText(text, size); });
 }
 

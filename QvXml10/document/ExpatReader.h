@@ -19,7 +19,7 @@ class CDocumentBuilder;
 }
 
 // Adapts the expat parser to the document tree for one parse of the document's raw
-// data, which goes to expat in a single call.
+// data, which goes to expat in pieces.
 class CExpatReader : public CInstanceMonitor {
 public:
     explicit CExpatReader(CXmlDocument& document);

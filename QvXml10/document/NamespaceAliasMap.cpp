@@ -1,15 +1,17 @@
 #include "document/NamespaceAliasMap.h"
 
 #include "foundation/QvException.h"
+#include "internal/Text.h"
 
 #include <iterator>
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
 namespace {
 
 // A null argument stands for the empty text.
-inline const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
 
 } // namespace
 

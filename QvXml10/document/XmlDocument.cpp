@@ -4,6 +4,9 @@
 #include "document/ExpatReader.h"
 #include "fastinfoset/FastInfosetReader.h"
 #include "foundation/QvException.h"
+#include "internal/Constants.h"
+#include "internal/Hashing.h"
+#include "internal/Text.h"
 
 #include <algorithm>
 #include <cstring>
@@ -26,7 +29,6 @@ namespace QvXmlLib10 {
 
 namespace {
 
-const char XSI_NAMESPACE[] = "http://www.w3.org/2001/XMLSchema-instance";
 const char XMLNS_NAMESPACE[] = "http://www.w3.org/2000/xmlns/";
 
 const std::string& EmptyString() {
@@ -43,25 +45,6 @@ static_assert(sizeof(NodeHeader) == NODE_ALIGN, "the header keeps the node's ali
 
 constexpr std::size_t RoundUp(std::size_t size) { return (size + NODE_ALIGN - 1) & ~(NODE_ALIGN - 1); }
 constexpr std::size_t ElementBlockSize(std::size_t size) { return RoundUp(sizeof(NodeHeader) + size); }
-
-// Eight bytes per step: names and URIs are short, and this runs for every name interned.
-std::size_t HashBytes(const char* text, std::size_t length, std::uint64_t hash) {
-    hash ^= length;
-    std::size_t i = 0;
-    for (; i + 8 <= length; i += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, text + i, 8);
-        hash = (hash ^ word) * 0xFF51AFD7ED558CCDull;
-        hash ^= hash >> 32;
-    }
-    if (i < length) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, text + i, length - i);
-        hash = (hash ^ word) * 0xC4CEB9FE1A85EC53ull;
-        hash ^= hash >> 32;
-    }
-    return static_cast<std::size_t>(hash);
-}
 
 bool SameText(const std::string& text, const char* other, std::size_t length) {
     return text.size() == length && (length == 0 || std::memcmp(text.data(), other, length) == 0);
@@ -180,62 +163,36 @@ static_assert(ELEMENT_BLOCK <= 256 && ATTRIBUTE_BLOCK <= 256, "nodes fit the poo
 // open-addressing hash table over names with stable addresses.
 class CXmlDocument::CNameTable {
 public:
-    explicit CNameTable(const CXmlDocument* document) : m_pDocument(document), m_slots(64, Slot{0, nullptr}) {
-        m_pEmpty = Intern("", 0, "", 0);
-    }
+    explicit CNameTable(const CXmlDocument* document) : m_pDocument(document) { m_pEmpty = Intern("", 0, "", 0); }
 
     const CName* Empty() const { return m_pEmpty; }
 
     const CName* Intern(const char* namespaceUri, std::size_t namespaceLength, const char* localName,
                         std::size_t localLength) {
-        const std::size_t hash = HashBytes(localName, localLength, HashBytes(namespaceUri, namespaceLength, SEED));
-        const std::size_t mask = m_slots.size() - 1;
-        for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
-            const Slot& slot = m_slots[i];
-            if (!slot.name) break;
-            if (slot.hash == hash && SameText(slot.name->localName, localName, localLength) &&
-                SameText(slot.name->namespaceUri, namespaceUri, namespaceLength))
-                return slot.name;
-        }
+        const std::size_t hash =
+            Internal::HashBytes(localName, localLength, Internal::HashBytes(namespaceUri, namespaceLength));
+        const CName* const* found = m_table.Find(hash, [&](const CName* name) {
+            return SameText(name->localName, localName, localLength) &&
+                   SameText(name->namespaceUri, namespaceUri, namespaceLength);
+        });
+        if (found) return *found;
         m_names.emplace_back(localName, localLength, namespaceUri, namespaceLength, m_pDocument);
         const CName* name = &m_names.back();
-        if (2 * m_names.size() > m_slots.size()) Grow();
-        Place(m_slots, Slot{hash, name});
+        m_table.Insert(hash, name);
         return name;
     }
 
 private:
-    struct Slot {
-        std::size_t hash;
-        const CName* name;
-    };
-    static constexpr std::uint64_t SEED = 0x9E3779B97F4A7C15ull;
-
-    static void Place(std::vector<Slot>& slots, const Slot& slot) {
-        const std::size_t mask = slots.size() - 1;
-        std::size_t i = slot.hash & mask;
-        while (slots[i].name)
-            i = (i + 1) & mask;
-        slots[i] = slot;
-    }
-
-    void Grow() {
-        std::vector<Slot> slots(m_slots.size() * 2, Slot{0, nullptr});
-        for (const Slot& slot : m_slots)
-            if (slot.name) Place(slots, slot);
-        m_slots.swap(slots);
-    }
-
     const CXmlDocument* m_pDocument;
     std::deque<CName> m_names;
-    std::vector<Slot> m_slots;
+    Internal::CProbeTable<const CName*> m_table;
     const CName* m_pEmpty;
 };
 
 CXmlDocument::CName::CName(const char* local, size_t localLength, const char* uri, size_t uriLength,
                            const CXmlDocument* owner)
     : localName(local, localLength), namespaceUri(uri, uriLength), document(owner) {
-    const bool instance = namespaceUri == XSI_NAMESPACE || namespaceUri == XMLNS_NAMESPACE;
+    const bool instance = namespaceUri == Internal::kXsiNamespace || namespaceUri == XMLNS_NAMESPACE;
     isNil = instance && localName == "nil";
     isNamespaceAttribute = instance && (localName == "xmlns" || localName == "type" || localName == "schemaLocation" ||
                                         localName == "noNamespaceSchemaLocation");
@@ -416,7 +373,7 @@ CXmlDocument::CXmlDocument(ElementHook hook) : CXmlDocument(hook, CXmlSerializat
 
 CXmlDocument::CXmlDocument(ElementHook hook, const CXmlSerializationContext& context)
     : CInstanceMonitor("CXmlDocument"), m_pElementHook(hook), m_pContext(&context), m_pNodePool(new CNodePool),
-      m_pNameTable(new CNameTable(this)) {
+      m_pNameTable(new CNameTable(this)), m_pInput(nullptr) {
     Init();
 }
 
@@ -435,6 +392,7 @@ void CXmlDocument::Cleanup() {
     m_pNodePool->Rewind();
     m_pData.reset();
     m_dataLength = 0;
+    m_pInput = nullptr;
     m_namespaceAliases.clear();
 }
 
@@ -479,16 +437,9 @@ void CXmlDocument::AddElementAttribute(CXmlElement* element, const std::string& 
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text, unsigned long length) {
     if (length == 0 || text == nullptr || text[0] == '\0') return;
-    // The text ends at `length` or at the first NUL; each run between carriage returns
-    // is appended whole.
-    const char* p = text;
-    const char* end = text + strnlen(text, length);
-    while (p != end) {
-        const char* cr = static_cast<const char*>(std::memchr(p, '\r', static_cast<size_t>(end - p)));
-        const char* runEnd = cr ? cr : end;
-        if (runEnd != p) element->AppendText(p, static_cast<int>(runEnd - p));
-        p = cr ? cr + 1 : end;
-    }
+    Internal::ForEachRunWithoutCR(text, length, [element](const char* run, size_t runLength) {
+        element->AppendText(run, static_cast<int>(runLength));
+    });
 }
 
 void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text) {
@@ -507,10 +458,14 @@ void CXmlDocument::EndElement() {
 // ---------------------------------------------------------------------------------------------
 // Loading
 
-void CXmlDocument::TakeData(const unsigned char* data, uint64_t length) {
-    m_pData.reset(new unsigned char[length]);
-    std::memcpy(m_pData.get(), data, length);
+void CXmlDocument::ParseInput(const unsigned char* input, uint64_t length, void (CXmlDocument::*parse)()) {
+    struct InputScope {
+        const unsigned char*& input;
+        ~InputScope() { input = nullptr; }
+    } scope{m_pInput};
+    m_pInput = input;
     m_dataLength = length;
+    (this->*parse)();
 }
 
 void CXmlDocument::LoadXml(const char* text) {
@@ -518,8 +473,7 @@ void CXmlDocument::LoadXml(const char* text) {
     const size_t length = text ? std::strlen(text) : 0;
     m_dataLength = length;
     if (length == 0) throw CQvException("XML String is empty!");
-    TakeData(reinterpret_cast<const unsigned char*>(text), length);
-    ParseText();
+    ParseInput(reinterpret_cast<const unsigned char*>(text), length, &CXmlDocument::ParseText);
 }
 
 void CXmlDocument::LoadXml(const wchar_t* text) {
@@ -539,16 +493,14 @@ void CXmlDocument::LoadXml(const wchar_t* text) {
         *out++ = static_cast<unsigned char>(unit & 0xFF);
         *out++ = static_cast<unsigned char>(unit >> 8);
     }
-    m_dataLength = bytes;
-    ParseText();
+    ParseInput(m_pData.get(), bytes, &CXmlDocument::ParseText);
 }
 
 void CXmlDocument::LoadXmlStream(unsigned char* data, unsigned long length) {
     Cleanup();
     m_dataLength = length;
     if (length == 0 || data == nullptr) throw CQvException("XML Stream is empty!");
-    TakeData(data, length);
-    Parse();
+    ParseInput(data, length, &CXmlDocument::Parse);
 }
 
 namespace {
@@ -585,7 +537,7 @@ void CXmlDocument::Load(const char* path) {
         throw CQvException(FileErrorMessage("Failed to read the contents of the file [%s] Error [%n]", shownPath));
     }
     file.reset();
-    Parse();
+    ParseInput(m_pData.get(), static_cast<uint64_t>(size), &CXmlDocument::Parse);
 }
 
 void CXmlDocument::Parse() {

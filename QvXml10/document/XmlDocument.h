@@ -92,7 +92,9 @@ private:
                             size_t localLength) const;
     CXmlElement* NewElement(const CName* name) const;
     CXmlElement* AddElement_Int(const CName* name);
-    void TakeData(const unsigned char* data, uint64_t length);
+    // Parses `length` bytes at `input` by `parse`, a pointer to Parse or ParseText; the
+    // bytes are the caller's and are read only during the call.
+    void ParseInput(const unsigned char* input, uint64_t length, void (CXmlDocument::*parse)());
 
     std::unique_ptr<CXmlElement> m_pDocumentElement;
     std::vector<CXmlElement*> m_elementStack;
@@ -106,6 +108,10 @@ private:
     // and is reused from one load to the next; names are kept once per document.
     std::unique_ptr<CNodePool> m_pNodePool;
     std::unique_ptr<CNameTable> m_pNameTable;
+    // The bytes that the load in progress parses: m_pData, or the caller's own text or
+    // stream, which is parsed where it lies instead of being copied first. Null outside
+    // a load.
+    const unsigned char* m_pInput;
 };
 
 // An attribute of the document tree; immutable after construction.

@@ -5,12 +5,14 @@
 
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
+#include "internal/ByteScan.h"
+#include "internal/Constants.h"
+#include "internal/TextAppender.h"
 
 namespace QvXmlLib10 {
 
 namespace {
 
-constexpr char kInstanceNamespace[] = "http://www.w3.org/2001/XMLSchema-instance";
 constexpr size_t kXmlNamespaceLength = sizeof(CXmlWriter::XML_NAMESPACE) - 1;
 constexpr uint64_t kFlushThreshold = 4096;
 constexpr char kCDataStart[] = "<![CDATA[";
@@ -38,7 +40,7 @@ constexpr char kTabs[] = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t
 constexpr uint64_t kTabCount = sizeof(kTabs) - 1;
 
 const std::string& InstanceNamespace() {
-    static const std::string uri(kInstanceNamespace);
+    static const std::string uri(Internal::kXsiNamespace);
     return uri;
 }
 
@@ -61,7 +63,7 @@ public:
     void Put(const std::string& text) {
         const char* const data = text.data();
         const size_t size = text.size();
-        if (size <= 16 && !HasNulShort(data, size)) {
+        if (size <= 16 && !Internal::HasNulShort(data, size)) {
             m_appender.Put(data, size);
             return;
         }
@@ -73,30 +75,6 @@ public:
     void Put(const char* data, size_t length) { m_appender.Put(data, length); }
 
 private:
-    // Whether one of up to 16 bytes is a NUL, by word tests on overlapping loads.
-    static bool HasNulShort(const char* data, size_t size) {
-        if (size >= 8) {
-            uint64_t head, tail;
-            std::memcpy(&head, data, 8);
-            std::memcpy(&tail, data + size - 8, 8);
-            return HasZeroByte(head) || HasZeroByte(tail);
-        }
-        if (size >= 4) {
-            uint32_t head, tail;
-            std::memcpy(&head, data, 4);
-            std::memcpy(&tail, data + size - 4, 4);
-            return HasZeroByte(head) || HasZeroByte(tail);
-        }
-        for (size_t i = 0; i < size; ++i) {
-            if (data[i] == '\0') return true;
-        }
-        return false;
-    }
-    template <typename Word> static bool HasZeroByte(Word word) {
-        constexpr Word ones = static_cast<Word>(~Word(0)) / 0xFF;
-        return ((word - ones) & ~word & (ones << 7)) != 0;
-    }
-
     Internal::CTextAppender m_appender;
 };
 

@@ -1,6 +1,10 @@
 #include "document/XmlWriter.h"
 
 #include "foundation/QvException.h"
+#include "internal/Limits.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
@@ -135,7 +139,7 @@ const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std
 }
 
 const std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const char* namespaceUri) {
-    return (*m_pNamespaceMap)[namespaceUri != nullptr ? namespaceUri : ""];
+    return (*m_pNamespaceMap)[OrEmpty(namespaceUri)];
 }
 
 // ---------------------------------------------------------------------------
@@ -170,6 +174,9 @@ void CXmlWriter::AddNamespace(const std::string& alias, const std::string& names
 }
 
 void CXmlWriter::PushContext(const std::string& localName, const std::string& namespaceUri) {
+    // Objects write themselves recursively, one level of calls per element: a tree built
+    // by hand nests no deeper than a loaded document may.
+    if (m_pContext && m_pContext->m_depth + 1 >= Internal::kMaxNestingDepth) Internal::ThrowWritingTooDeep();
     if (!m_pContext) {
         m_pContext.reset(new CXmlWriterContext(localName, namespaceUri, m_defaultNamespace, &m_namespaceMap, nullptr));
     } else if (m_pSpareContexts) {

@@ -1,10 +1,13 @@
 #include "foundation/Encoder.h"
 
+#include "internal/BinaryHandOver.h"
+#include "internal/ByteScan.h"
+#include "internal/Locale.h"
+
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
-#include <langinfo.h>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -227,25 +230,6 @@ template <class Source> bool DecodeUtf8Fn(const Source*& p, const Source* end, u
 // UTF-16 in memory that may not be aligned for 16-bit access.
 bool IsAligned16(const void* p) { return reinterpret_cast<uintptr_t>(p) % alignof(uint16_t) == 0; }
 
-bool IsUtf8Locale() {
-    if (MB_CUR_MAX == 1) return false;
-    const char* codeset = nl_langinfo(CODESET);
-    return codeset && (std::strcmp(codeset, "UTF-8") == 0 || std::strcmp(codeset, "utf8") == 0);
-}
-
-// First octet at or above 0x80, or end.
-const unsigned char* FindNonAscii(const unsigned char* p, const unsigned char* end) {
-    while (end - p >= 8) {
-        uint64_t word;
-        std::memcpy(&word, p, 8);
-        if (word & 0x8080808080808080ULL) break;
-        p += 8;
-    }
-    while (p < end && *p < 0x80)
-        ++p;
-    return p;
-}
-
 // A growing byte array that ends up adopted by a CBinaryData.
 class CByteBuilder {
 public:
@@ -268,9 +252,7 @@ public:
     }
     CBinaryData Take() {
         if (m_size == 0) return CBinaryData();
-        CBinaryData result(m_data.get(), static_cast<unsigned long>(m_size), true);
-        (void)m_data.release();
-        return result;
+        return Internal::AdoptBytes(std::move(m_data), m_size);
     }
 
 private:
@@ -322,26 +304,10 @@ template <class Sink> void ForEachLocalCharacter(const char* text, size_t n, Sin
 // Writes the wide text of `length` characters in the local code page at out,
 // which must hold length * MB_CUR_MAX octets; returns the octets written.
 size_t WideToLocal(const wchar_t* text, size_t length, char* out) {
-    std::mbstate_t state{};
-    bool initial = true;
-    char* p = out;
-    for (size_t i = 0; i < length; ++i) {
-        const wchar_t wc = text[i];
-        if (static_cast<uint32_t>(wc) < 0x80 && initial) {
-            *p++ = static_cast<char>(wc);
-            continue;
-        }
-        const size_t written = std::wcrtomb(p, wc, &state);
-        if (written == static_cast<size_t>(-1)) {
-            *p++ = '?';
-            state = std::mbstate_t{};
-            initial = true;
-            continue;
-        }
-        p += written;
-        initial = std::mbsinit(&state) != 0;
-    }
-    return static_cast<size_t>(p - out);
+    Internal::CLocalCharWriter writer(out);
+    for (size_t i = 0; i < length; ++i)
+        writer.Put(text[i]);
+    return static_cast<size_t>(writer.Position() - out);
 }
 
 } // namespace
@@ -427,7 +393,7 @@ bool DoesUnicodeStrContainAnyUTF8CharsLargerThanOneByte(const wchar_t* text, int
 }
 
 bool DoesUTF8StrContainAnyCharsLargerThanOneByte(unsigned char* text, unsigned long length) {
-    return text && FindNonAscii(text, text + length) != text + length;
+    return text && Internal::FindNonAscii(text, text + length) != text + length;
 }
 
 std::string UnicodeToMultiByte(const wchar_t* text) {
@@ -469,7 +435,7 @@ std::string CEncoder::Utf8ToLocalCodePage(unsigned char* utf8, int length, wchar
 
     const unsigned char* const begin = utf8;
     const unsigned char* const end = begin + n;
-    const unsigned char* const firstHigh = FindNonAscii(begin, end);
+    const unsigned char* const firstHigh = Internal::FindNonAscii(begin, end);
 
     // The text ends at the first NUL.
     const void* nul = std::memchr(begin, 0, static_cast<size_t>(firstHigh - begin));
@@ -477,7 +443,7 @@ std::string CEncoder::Utf8ToLocalCodePage(unsigned char* utf8, int length, wchar
     // Pure ASCII reads the same in every locale.
     if (firstHigh == end) return std::string(reinterpret_cast<const char*>(begin), n);
 
-    if (IsUtf8Locale()) {
+    if (Internal::IsUtf8Locale()) {
         // The local text is the UTF-8 text up to its first NUL or invalid sequence.
         const unsigned char* p = firstHigh;
         while (p < end) {
@@ -505,30 +471,15 @@ std::string CEncoder::Utf8ToLocalCodePage(unsigned char* utf8, int length, wchar
 
     const size_t asciiPrefix = static_cast<size_t>(firstHigh - begin);
     std::memcpy(out, begin, asciiPrefix);
-    char* p = out + asciiPrefix;
-
-    std::mbstate_t state{};
-    bool initial = true;
+    Internal::CLocalCharWriter writer(out + asciiPrefix);
     const unsigned char* s = firstHigh;
     while (s < end) {
         uint32_t ch;
         if (!DecodeUtf8(s, end, ch) || ch == 0) break;
-        if (ch < 0x80 && initial) {
-            *p++ = static_cast<char>(ch);
-            continue;
-        }
-        const size_t written = std::wcrtomb(p, static_cast<wchar_t>(ch), &state);
-        if (written == static_cast<size_t>(-1)) {
-            *p++ = '?';
-            state = std::mbstate_t{};
-            initial = true;
-            continue;
-        }
-        p += written;
-        initial = std::mbsinit(&state) != 0;
+        writer.Put(static_cast<wchar_t>(ch));
     }
 
-    const size_t written = static_cast<size_t>(p - out);
+    const size_t written = static_cast<size_t>(writer.Position() - out);
     if (useScratch) return std::string(out, written);
     result.resize(written);
     return result;
@@ -567,9 +518,7 @@ CBinaryData CEncoder::LocalCodePageToUnicodeBinary(const char* text) {
         std::memcpy(out + count * sizeof(wchar_t), &wc, sizeof(wchar_t));
         ++count;
     });
-    CBinaryData result(wide.get(), static_cast<unsigned long>(count * sizeof(wchar_t)), true);
-    (void)wide.release();
-    return result;
+    return Internal::AdoptBytes(std::move(wide), count * sizeof(wchar_t));
 }
 
 CBinaryData CEncoder::UnicodeToUtf8Binary(const wchar_t* text) {
@@ -582,9 +531,7 @@ CBinaryData CEncoder::UnicodeToUtf8Binary(const wchar_t* text) {
     std::unique_ptr<unsigned char[]> utf8(new unsigned char[size]);
     const unsigned long written =
         UnicodeToUTF8(text, static_cast<unsigned long>(length), utf8.get(), static_cast<unsigned long>(size));
-    CBinaryData result(utf8.get(), written, true);
-    (void)utf8.release();
-    return result;
+    return Internal::AdoptBytes(std::move(utf8), written);
 }
 
 CBinaryData CEncoder::LocalCodePageToUtf8Binary(const char* text) {
@@ -592,7 +539,7 @@ CBinaryData CEncoder::LocalCodePageToUtf8Binary(const char* text) {
     const size_t n = std::strlen(text);
     const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(text);
     CByteBuilder out(n);
-    if (ASCII_ONLY || FindNonAscii(bytes, bytes + n) == bytes + n) {
+    if (ASCII_ONLY || Internal::FindNonAscii(bytes, bytes + n) == bytes + n) {
         out.Put(bytes, n);
         return out.Take();
     }

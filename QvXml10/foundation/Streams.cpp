@@ -2,9 +2,14 @@
 
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
+#include "internal/BinaryHandOver.h"
+#include "internal/ByteScan.h"
+#include "internal/Text.h"
 
 #include <algorithm>
 #include <cstring>
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
@@ -48,27 +53,7 @@ CBinaryData LocalCodePageToUtf16LE(const char* text) {
         for (unsigned long i = 0; i < written; ++i)
             std::swap(bytes[2 * i], bytes[2 * i + 1]);
     }
-    CBinaryData result(bytes.get(), written * 2, true);
-    (void)bytes.release();
-    return result;
-}
-
-// True when the bytes hold a NUL, or a byte from 0x80 up unless those pass as
-// they stand: bytes that the UTF-8 conversion would not copy one for one.
-bool NeedsConversion(const char* text, size_t length, bool highBytesPass) {
-    const uint64_t highBits = highBytesPass ? 0 : 0x8080808080808080ULL;
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
-    const unsigned char* const end = p + length;
-    for (; end - p >= 8; p += 8) {
-        uint64_t word;
-        std::memcpy(&word, p, 8);
-        const uint64_t zeroBytes = (word - 0x0101010101010101ULL) & ~word & 0x8080808080808080ULL;
-        if (zeroBytes | (word & highBits)) return true;
-    }
-    for (; p < end; ++p) {
-        if (*p == 0 || (!highBytesPass && *p >= 0x80)) return true;
-    }
-    return false;
+    return Internal::AdoptBytes(std::move(bytes), written * 2);
 }
 
 } // namespace
@@ -238,20 +223,18 @@ CBinaryData CTextStream::CopyBlocksIfPlain() const {
     for (size_t i = 0; i <= last; ++i) {
         const char* block = b.m_blocks[i].get();
         const uint64_t size = i < last ? b.m_blockSizes[i] : b.m_currentUsed;
-        if (NeedsConversion(block, size, ASCII_ONLY)) return CBinaryData();
+        if (Internal::HasNulOrHighByte(block, size, ASCII_ONLY)) return CBinaryData();
         std::memcpy(out, block, size);
         out += size;
     }
-    CBinaryData result(bytes.get(), static_cast<unsigned long>(b.m_length), true);
-    (void)bytes.release();
-    return result;
+    return Internal::AdoptBytes(std::move(bytes), b.m_length);
 }
 
 // ---------------------------------------------------------------------------
 // CFileTextStream
 
 CFileTextStream::CFileTextStream(const char* path, XmlEncoding encoding)
-    : CTextStream("CFileTextStream", encoding), m_fileName(path ? path : ""), m_pFile(nullptr) {}
+    : CTextStream("CFileTextStream", encoding), m_fileName(OrEmpty(path)), m_pFile(nullptr) {}
 
 CFileTextStream::~CFileTextStream() { CloseFile(); }
 
@@ -307,10 +290,10 @@ CBinaryStream::~CBinaryStream() = default;
 // CFileBinaryStream
 
 CFileBinaryStream::CFileBinaryStream(const char* path, XmlEncoding encoding)
-    : CBinaryStream("CFileBinaryStream"), m_fileName(path ? path : ""), m_encoding(encoding) {}
+    : CBinaryStream("CFileBinaryStream"), m_fileName(OrEmpty(path)), m_encoding(encoding) {}
 
 CFileBinaryStream::CFileBinaryStream(const char* path, XmlEncoding encoding, CBinaryData& data)
-    : CBinaryStream("CFileBinaryStream", data), m_fileName(path ? path : ""), m_encoding(encoding) {}
+    : CBinaryStream("CFileBinaryStream", data), m_fileName(OrEmpty(path)), m_encoding(encoding) {}
 
 CFileBinaryStream::~CFileBinaryStream() = default;
 
@@ -323,30 +306,5 @@ void CFileBinaryStream::ToFile() {
     const size_t written = m_data.GetLength() ? std::fwrite(m_data.GetData(), 1, m_data.GetLength(), file.get()) : 0;
     if (written == 0) throw CQvException(WriteFailedFor(m_fileName));
 }
-
-// ---------------------------------------------------------------------------
-// Internal::CTextAppender
-
-namespace Internal {
-
-void CTextAppender::NextBlock() {
-    Commit();
-    m_buffer.AddBlock();
-    m_pos = m_buffer.m_pCurrent;
-    m_end = m_pos + m_buffer.m_currentCapacity;
-}
-
-void CTextAppender::PutAcrossBlocks(const char* data, size_t length) {
-    while (length) {
-        if (m_pos == m_end) NextBlock();
-        const size_t chunk = std::min(length, static_cast<size_t>(m_end - m_pos));
-        std::memcpy(m_pos, data, chunk);
-        m_pos += chunk;
-        data += chunk;
-        length -= chunk;
-    }
-}
-
-} // namespace Internal
 
 } // namespace QvXmlLib10

@@ -18,8 +18,16 @@ template <typename String> void FindReplaceAll(String& text, const String& find,
 
     // Everything before `position` is unchanged and held no occurrence, so the next
     // first occurrence starts at the earliest where it can overlap the replacement.
+    // A replacement can form the search text anew with the text around it, and that can
+    // go on for ever or grow the text without end ("ab" by "baa" in "abbb..."): no more
+    // replacements are made than the text had characters at the start, which is always
+    // enough when the replacement is shorter than the search text, and for every
+    // occurrence in the original text.
     const typename String::size_type overlap = find.size() - 1;
+    typename String::size_type budget = text.size();
     while (position != String::npos) {
+        if (budget-- == 0)
+            throw CQvInvalidParamException("FindReplace can not finish: its replacements keep forming the search text");
         text.replace(position, find.size(), replacement);
         position = text.find(find, position > overlap ? position - overlap : 0);
     }

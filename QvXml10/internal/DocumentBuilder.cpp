@@ -1,6 +1,7 @@
 #include "internal/DocumentBuilder.h"
 
 #include "foundation/QvException.h"
+#include "internal/Text.h"
 
 #include <algorithm>
 
@@ -9,6 +10,10 @@ namespace Internal {
 
 namespace {
 const size_t kInitialTextCapacity = 4096;
+// Bytes below this one include the carriage return and the NUL. Expat hands over line
+// ends as pieces of their own, so a long piece holds such a byte only with a tab or a
+// control character, and then takes the exact path.
+constexpr unsigned char kBelowLineEnd = 0x0E;
 } // namespace
 
 CDocumentBuilder::CDocumentBuilder(CXmlDocument& document, Hook hook)
@@ -25,12 +30,12 @@ CDocumentBuilder::~CDocumentBuilder() { Fail(); }
     uint64_t odd = 0;
     for (size_t i = 0; i + 8 < length; i += 8) {
         const uint64_t word = Load64(text + i);
-        odd |= (word & highBits) | LowBytes(word);
+        odd |= (word & highBits) | BytesBelow(word, kBelowLineEnd);
         std::memcpy(out + i, &word, 8);
     }
     const uint64_t last = Load64(text + length - 8);
     std::memcpy(out + length - 8, &last, 8);
-    return (odd | (last & highBits) | LowBytes(last)) == 0;
+    return (odd | (last & highBits) | BytesBelow(last, kBelowLineEnd)) == 0;
 }
 
 void CDocumentBuilder::ThrowTooDeep() const { ThrowNestingTooDeep(m_lineSource ? m_lineSource(m_lineReader) : 0); }
@@ -80,13 +85,7 @@ void CDocumentBuilder::AppendRun(const char* text, size_t length) {
 
 void CDocumentBuilder::AppendText(const char* text, size_t length) {
     if (m_textMarks.empty()) return;
-    const char* end = text + strnlen(text, length);
-    while (text != end) {
-        const char* cr = static_cast<const char*>(std::memchr(text, '\r', static_cast<size_t>(end - text)));
-        const char* runEnd = cr ? cr : end;
-        AppendRun(text, static_cast<size_t>(runEnd - text));
-        text = cr ? cr + 1 : end;
-    }
+    ForEachRunWithoutCR(text, length, [this](const char* run, size_t runLength) { AppendRun(run, runLength); });
 }
 
 void CDocumentBuilder::FlushText(CXmlElement* element, size_t begin, size_t end) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/XmlDocument.h"
+#include "internal/ByteScan.h"
 #include "internal/Limits.h"
 
 #include <cstddef>
@@ -43,8 +44,8 @@ public:
 
     const CXmlSerializationContext& GetContext() const { return *m_document.m_pContext; }
     SchemaType GetSchemaType() const { return m_document.m_schemaType; }
-    // The raw input of the load.
-    const unsigned char* GetData() const { return m_document.m_pData.get(); }
+    // The raw input of the load, valid until the load returns.
+    const unsigned char* GetData() const { return m_document.m_pInput; }
     uint64_t GetDataLength() const { return m_document.m_dataLength; }
 
     void SetLineSource(LineSource source, const void* reader) {
@@ -90,21 +91,6 @@ public:
     size_t GetDepth() const { return m_document.m_elementStack.size(); }
 
 private:
-    static uint64_t Load64(const char* p) {
-        uint64_t word;
-        std::memcpy(&word, p, 8);
-        return word;
-    }
-    static uint32_t Load32(const char* p) {
-        uint32_t word;
-        std::memcpy(&word, p, 4);
-        return word;
-    }
-    static constexpr uint64_t kOnes = 0x0101010101010101ull;
-    static constexpr uint64_t kHighBits = 0x8080808080808080ull;
-    static constexpr uint64_t ZeroBytes(uint64_t word) { return (word - kOnes) & ~word & kHighBits; }
-    // Bytes below 0x0E: the carriage return and the NUL among them.
-    static constexpr uint64_t LowBytes(uint64_t word) { return (word - kOnes * 0x0E) & ~word & kHighBits; }
     static bool CopyPlainLong(char* out, const char* text, size_t length, uint64_t highBits);
     // Copies the bytes to `out` and tells whether they can stay as they are. Short pieces
     // (line ends, indentation, entities) are the most frequent: they take overlapping
@@ -129,7 +115,7 @@ private:
             out[length - 1] = static_cast<char>(last);
             word = (first | middle << 8 | last << 16 | first << 24) * 0x0000000100000001ull;
         }
-        return ((word & highBits) | ZeroBytes(word) | ZeroBytes(word ^ (kOnes * '\r'))) == 0;
+        return ((word & highBits) | ZeroBytes(word) | BytesEqual(word, '\r')) == 0;
     }
 
     void AppendRun(const char* text, size_t length);

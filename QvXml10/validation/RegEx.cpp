@@ -12,6 +12,9 @@
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
 #include "foundation/Utilities.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10 {
 
@@ -92,8 +95,8 @@ public:
         int errorOffset = 0;
         m_compiled.reset(pcre_compile(m_translated.c_str(), PCRE_UTF8, &error, &errorOffset, nullptr));
         if (!m_compiled)
-            throw CQvException(FormatString("Invalid Regular Expression: %s Error: '%s'", value.c_str(),
-                                            error != nullptr ? error : ""));
+            throw CQvException(
+                FormatString("Invalid Regular Expression: %s Error: '%s'", value.c_str(), OrEmpty(error)));
         pcre_fullinfo(m_compiled.get(), nullptr, PCRE_INFO_CAPTURECOUNT, &m_captureCount);
     }
 

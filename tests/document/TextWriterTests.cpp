@@ -8,6 +8,7 @@
 #include "document/XmlTextWriter.h"
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
+#include "internal/Limits.h"
 
 #include "../foundation/TestHelpers.h"
 
@@ -468,7 +469,7 @@ TEST(TextWriterTest, WriterDestroyedWithManyOpenElementsReleasesThem) {
     {
         CXmlTextWriter writer(stream);
         writer.SetFormat(false);
-        for (int i = 0; i < 100000; ++i) {
+        for (size_t i = 0; i < Internal::kMaxNestingDepth; ++i) {
             writer.WriteStartElement("e", "urn:deep");
             writer.WriteAttributeNil();
         }

@@ -1,5 +1,6 @@
 #include "foundation/QvException.h"
 #include "foundation/Streams.h"
+#include "internal/TextAppender.h"
 #include "TestHelpers.h"
 
 #include <gtest/gtest.h>

@@ -4,6 +4,9 @@
 #include "document/XmlDocument.h"
 #include "validation/XmlObjectHelper.h"
 #include "values/QvVariant.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 using namespace QvXmlLib10;
 
@@ -11,8 +14,8 @@ namespace QvXmlLib10Data {
 
 CAttributeInfo::CAttributeInfo(const char* attributeName, const char* namespaceUri, int propertyIndex, bool optional,
                                const char* defaultValue)
-    : m_attributeName(attributeName ? attributeName : ""), m_namespaceUri(namespaceUri ? namespaceUri : ""),
-      m_propertyIndex(propertyIndex), m_optional(optional), m_defaultValue(defaultValue ? defaultValue : "") {}
+    : m_attributeName(OrEmpty(attributeName)), m_namespaceUri(OrEmpty(namespaceUri)), m_propertyIndex(propertyIndex),
+      m_optional(optional), m_defaultValue(OrEmpty(defaultValue)) {}
 
 CAttributeInfo::~CAttributeInfo() {}
 

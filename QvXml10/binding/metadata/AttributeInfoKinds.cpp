@@ -6,6 +6,9 @@
 #include "document/XmlWriter.h"
 #include "foundation/QvException.h"
 #include "validation/XmlObjectHelper.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 using namespace QvXmlLib10;
 
@@ -34,7 +37,7 @@ CAttributeInfoPrimitive::CAttributeInfoPrimitive(const char* name, const char* n
                                                  CWhitespaceUtils::WhitespaceRule whitespaceRule,
                                                  const CPrimitiveRestrictions& restrictions, const char* defaultValue)
     : CAttributeInfo(name, namespaceUri, propertyIndex, optional, defaultValue), m_restrictions(restrictions),
-      m_itemType(itemType), m_format(format != nullptr ? format : ""), m_whitespaceRule(whitespaceRule) {}
+      m_itemType(itemType), m_format(OrEmpty(format)), m_whitespaceRule(whitespaceRule) {}
 
 CAttributeInfoPrimitive::~CAttributeInfoPrimitive() {}
 
@@ -99,7 +102,7 @@ void CAttributeInfoEnum::AttributeToXml(const CXmlSerializationContext& context,
     ReadProperty(object, value);
     if (m_optional && !value.IsValid()) return;
     const char* const enumText = m_enumToText(static_cast<int>(value.GetI4()));
-    const std::string text = enumText != nullptr ? enumText : "";
+    const std::string text = OrEmpty(enumText);
     if (IsOmittedDefault(context, m_optional, m_defaultValue, text)) return;
     writer->WriteAttributeString(m_attributeName, m_namespaceUri, text, ItemType_string);
 }
@@ -111,8 +114,7 @@ CAttributeInfoAny::CAttributeInfoAny(const char* name, const char* namespaceUri,
                                      const char* namespaceRestriction, const char* targetNamespace,
                                      const char* defaultValue)
     : CAttributeInfo(name, namespaceUri, propertyIndex, optional, defaultValue),
-      m_namespaceRestriction(namespaceRestriction != nullptr ? namespaceRestriction : ""),
-      m_targetNamespace(targetNamespace != nullptr ? targetNamespace : "") {}
+      m_namespaceRestriction(OrEmpty(namespaceRestriction)), m_targetNamespace(OrEmpty(targetNamespace)) {}
 
 CAttributeInfoAny::~CAttributeInfoAny() {}
 

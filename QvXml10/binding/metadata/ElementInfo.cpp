@@ -9,16 +9,13 @@
 #include "foundation/QvException.h"
 #include "validation/XmlObjectHelper.h"
 #include "values/QvVariant.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 using namespace QvXmlLib10;
 
 namespace QvXmlLib10Data {
-
-namespace {
-
-const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
-
-} // namespace
 
 CElementInfo::CElementInfo(const char* elementName, const char* namespaceUri, int propertyIndex)
     : m_elementName(OrEmpty(elementName)), m_namespaceUri(OrEmpty(namespaceUri)), m_propertyIndex(propertyIndex),

@@ -1,4 +1,7 @@
 #include "binding/metadata/ParentElementInfo.h"
+#include "internal/Text.h"
+
+using QvXmlLib10::Internal::OrEmpty;
 
 namespace QvXmlLib10Data {
 
@@ -6,10 +9,10 @@ CParentElementInfo::CParentElementInfo(XmlElementGroupType groupType, XmlElement
                                        const char* elementName, const char* namespaceUri, bool reportUnknownAttributes,
                                        bool writeTypeForOtherName, int textPropertyIndex,
                                        QvXmlLib10::ItemType textItemType, const char* textFormat, bool textIsRaw)
-    : m_groupType(groupType), m_elementType(elementType), m_elementName(elementName ? elementName : ""),
-      m_namespaceUri(namespaceUri ? namespaceUri : ""), m_reportUnknownAttributes(reportUnknownAttributes),
+    : m_groupType(groupType), m_elementType(elementType), m_elementName(OrEmpty(elementName)),
+      m_namespaceUri(OrEmpty(namespaceUri)), m_reportUnknownAttributes(reportUnknownAttributes),
       m_writeTypeForOtherName(writeTypeForOtherName), m_textPropertyIndex(textPropertyIndex),
-      m_textItemType(textItemType), m_textFormat(textFormat ? textFormat : ""), m_textIsRaw(textIsRaw) {}
+      m_textItemType(textItemType), m_textFormat(OrEmpty(textFormat)), m_textIsRaw(textIsRaw) {}
 
 CParentElementInfo::~CParentElementInfo() {}
 
