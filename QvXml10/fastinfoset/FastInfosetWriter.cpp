@@ -24,40 +24,55 @@ bool IsAscii(const std::string& text) {
 
 } // namespace
 
-// Hands the octets of one event to the stream when the event is over, also when it
-// fails, so that the stream holds everything written so far.
-class CFastInfosetWriter::COutputScope {
-public:
-    explicit COutputScope(CFastInfosetWriter& writer) : m_writer(writer) {}
-    ~COutputScope() {
-        try {
-            m_writer.FlushOutput();
-        } catch (...) {
-            // Only a shared stream refuses to grow; the octets are lost then.
-        }
-    }
-    COutputScope(const COutputScope&) = delete;
-    COutputScope& operator=(const COutputScope&) = delete;
-
-private:
-    CFastInfosetWriter& m_writer;
-};
-
 CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext& context, CBinaryStream& stream)
     : CXmlWriter("CFastInfosetWriter"), m_pStream(&stream), m_pFIContext(&context), m_pPendingElement(),
       m_terminatorPending(false),
       m_pVocabulary(context.GetUseGeneratedVocabulary() ? new CFIVocabulary(*context.GetVocabulary())
                                                         : new CFIVocabulary()),
-      m_pOut(new unsigned char[kOutCapacity]), m_outUsed(0) {}
+      m_pOut(new unsigned char[kOutCapacity]), m_outUsed(0) {
+    // The writer looks names and values up in hashed tables, which take the maps over.
+    CFIVocabulary& v = *m_pVocabulary;
+    m_elementNames.Seed(std::move(v.m_elementNamesMap));
+    m_attributeNames.Seed(std::move(v.m_attributeNamesMap));
+    m_attributeValues.Seed(std::move(v.m_attributeValuesMap));
+    m_characterChunks.Seed(std::move(v.m_characterChunksMap));
+    m_localNames.Seed(std::move(v.m_localNamesMap));
+    m_namespaceNames.Seed(std::move(v.m_namespaceNamesMap));
+    m_prefixNames.Seed(std::move(v.m_prefixNamesMap));
+}
 
-CFastInfosetWriter::~CFastInfosetWriter() { m_pVocabulary.reset(); }
+void CFastInfosetWriter::CIndexTable::Seed(CFIVocabulary::IndexMap&& map) {
+    m_indices.reserve(map.size());
+    while (!map.empty()) {
+        auto node = map.extract(map.begin());
+        m_indices.emplace(std::move(node.key()), node.mapped());
+    }
+}
+
+void CFastInfosetWriter::CIndexTable::Add(const std::string& key) {
+    if (m_indices.size() >= (1u << 20)) return;
+    const uint64_t index = m_indices.size() + 1;
+    m_indices.emplace(key, index);
+}
+
+CFastInfosetWriter::~CFastInfosetWriter() {
+    FlushQuietly();
+    m_pVocabulary.reset();
+}
 
 // ---------------------------------------------------------------------------------------------
 // Output
 
 void CFastInfosetWriter::Put(const unsigned char* data, uint64_t length) {
     if (length <= kOutCapacity - m_outUsed) {
-        std::memcpy(m_pOut.get() + m_outUsed, data, length);
+        unsigned char* const to = m_pOut.get() + m_outUsed;
+        if (length <= 8) {
+            // Most pieces are a few octets: no call for them.
+            for (uint64_t i = 0; i < length; ++i)
+                to[i] = data[i];
+        } else {
+            std::memcpy(to, data, length);
+        }
         m_outUsed += length;
         return;
     }
@@ -75,6 +90,14 @@ void CFastInfosetWriter::FlushOutput() {
     const uint64_t used = m_outUsed;
     m_outUsed = 0;
     m_pStream->Append(m_pOut.get(), static_cast<unsigned long>(used));
+}
+
+void CFastInfosetWriter::FlushQuietly() noexcept {
+    try {
+        FlushOutput();
+    } catch (...) {
+        // Only a stream whose data is shared refuses to grow; the octets are lost then.
+    }
 }
 
 const unsigned char* CFastInfosetWriter::Utf8(const std::string& text, uint64_t& length) {
@@ -348,24 +371,21 @@ void CFastInfosetWriter::EncodedCharacterStringBit3(unsigned char prefix, const 
 // ---------------------------------------------------------------------------------------------
 // Names and values
 
-void CFastInfosetWriter::NamePart(const std::string& name, CFIVocabulary::IndexMap& map,
-                                  void (CFIVocabulary::*add)(std::string)) {
-    const auto found = map.find(name);
-    if (found != map.end()) {
-        Integer1To2pw20Bit2(0x80, found->second);
+void CFastInfosetWriter::NamePart(const std::string& name, CIndexTable& table) {
+    if (const uint64_t* index = table.Find(name)) {
+        Integer1To2pw20Bit2(0x80, *index);
         return;
     }
     NonEmptyOctetUTF8StringBit2(0, name);
-    (m_pVocabulary.get()->*add)(name);
+    table.Add(name);
 }
 
 void CFastInfosetWriter::LiteralQualifiedName(const std::string& prefix, const std::string& namespaceUri,
-                                              const std::string& localName, CFIVocabulary::IndexMap& names) {
-    CFIVocabulary& v = *m_pVocabulary;
-    if (!prefix.empty()) NamePart(prefix, v.m_prefixNamesMap, &CFIVocabulary::AddPrefixName);
-    if (!namespaceUri.empty()) NamePart(namespaceUri, v.m_namespaceNamesMap, &CFIVocabulary::AddNamespaceName);
-    NamePart(localName, v.m_localNamesMap, &CFIVocabulary::AddLocalName);
-    v.AddValueToMap(m_key, names);
+                                              const std::string& localName, CIndexTable& names) {
+    if (!prefix.empty()) NamePart(prefix, m_prefixNames);
+    if (!namespaceUri.empty()) NamePart(namespaceUri, m_namespaceNames);
+    NamePart(localName, m_localNames);
+    names.Add(m_key);
 }
 
 namespace {
@@ -383,11 +403,10 @@ void MakeKey(std::string& key, const std::string& prefix, const std::string& nam
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit3(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
-                                                  CFIVocabulary::IndexMap& names) {
+                                                  CIndexTable& names) {
     MakeKey(m_key, prefix, namespaceUri, localName);
-    const auto found = names.find(m_key);
-    if (found != names.end()) {
-        Integer1To2pw20Bit3(prefixOctet, found->second);
+    if (const uint64_t* index = names.Find(m_key)) {
+        Integer1To2pw20Bit3(prefixOctet, *index);
         return;
     }
     Put(static_cast<unsigned char>(prefixOctet | (!prefix.empty() ? 0x3F : !namespaceUri.empty() ? 0x3D : 0x3C)));
@@ -396,18 +415,17 @@ void CFastInfosetWriter::QualifiedNameOrIndexBit3(unsigned char prefixOctet, con
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit2(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
-                                                  CFIVocabulary::IndexMap& names) {
+                                                  CIndexTable& names) {
     MakeKey(m_key, prefix, namespaceUri, localName);
-    const auto found = names.find(m_key);
-    if (found != names.end()) {
-        Integer1To2pw20Bit2(prefixOctet, found->second);
+    if (const uint64_t* index = names.Find(m_key)) {
+        Integer1To2pw20Bit2(prefixOctet, *index);
         return;
     }
     Put(static_cast<unsigned char>(prefixOctet | (!prefix.empty() ? 0x7B : !namespaceUri.empty() ? 0x79 : 0x78)));
     LiteralQualifiedName(prefix, namespaceUri, localName, names);
 }
 
-void CFastInfosetWriter::NonIdentifyingStringOrIndexBit1(const std::string& text, CFIVocabulary::IndexMap& table,
+void CFastInfosetWriter::NonIdentifyingStringOrIndexBit1(const std::string& text, CIndexTable& table,
                                                          uint64_t maxAddLength, ItemType type) {
     if (text.empty()) {
         Integer0To2pw20Bit2(0x80, 0);
@@ -417,36 +435,32 @@ void CFastInfosetWriter::NonIdentifyingStringOrIndexBit1(const std::string& text
         EncodedCharacterStringBit3(0, text, type);
         return;
     }
-    const auto found = table.find(text);
-    if (found != table.end()) {
-        Integer1To2pw20Bit2(0x80, found->second);
+    if (const uint64_t* index = table.Find(text)) {
+        Integer1To2pw20Bit2(0x80, *index);
         return;
     }
     EncodedCharacterStringBit3(0x40, text, type);
-    m_pVocabulary->AddValueToMap(text, table);
+    table.Add(text);
 }
 
 void CFastInfosetWriter::NonIdentifyingStringOrIndexBit3(unsigned char prefixOctet, const std::string& text,
-                                                         CFIVocabulary::IndexMap& table, uint64_t maxAddLength,
-                                                         ItemType type) {
+                                                         CIndexTable& table, uint64_t maxAddLength, ItemType type) {
     if (text.size() >= maxAddLength) {
         EncodedCharacterStringBit5(prefixOctet, text, type);
         return;
     }
-    const auto found = table.find(text);
-    if (found != table.end()) {
-        Integer1To2pw20Bit4(static_cast<unsigned char>(prefixOctet | 0x20), found->second);
+    if (const uint64_t* index = table.Find(text)) {
+        Integer1To2pw20Bit4(static_cast<unsigned char>(prefixOctet | 0x20), *index);
         return;
     }
     EncodedCharacterStringBit5(static_cast<unsigned char>(prefixOctet | 0x10), text, type);
-    m_pVocabulary->AddValueToMap(text, table);
+    table.Add(text);
 }
 
 // ---------------------------------------------------------------------------------------------
 // Document
 
 void CFastInfosetWriter::WriteStartDocument(FInfoDecl declaration) {
-    COutputScope scope(*this);
     if (declaration != FInfoDecl_None) {
         const CBinaryData text = CEncoder::LocalCodePageToUtf8Binary(FI_DECLARATION_LIST[declaration - 1]);
         Put(text.GetData(), text.GetLength());
@@ -465,24 +479,23 @@ void CFastInfosetWriter::WriteStartDocument(FInfoDecl declaration) {
 }
 
 void CFastInfosetWriter::WriteEndDocument() {
-    COutputScope scope(*this);
     Put(m_terminatorPending ? kDoubleTerminator : kTerminator);
+    FlushOutput();
 }
 
 // ---------------------------------------------------------------------------------------------
 // Elements
 
 void CFastInfosetWriter::WriteNamespaceDeclarations() {
-    CFIVocabulary& v = *m_pVocabulary;
     if (!m_defaultNamespace.empty()) {
         Put(0xCD);
-        NamePart(m_defaultNamespace, v.m_namespaceNamesMap, &CFIVocabulary::AddNamespaceName);
+        NamePart(m_defaultNamespace, m_namespaceNames);
     }
     for (const auto& entry : m_namespaceMap) {
         if (entry.first == XML_NAMESPACE) continue;
         Put(0xCF);
-        NamePart(entry.second, v.m_prefixNamesMap, &CFIVocabulary::AddPrefixName);
-        NamePart(entry.first, v.m_namespaceNamesMap, &CFIVocabulary::AddNamespaceName);
+        NamePart(entry.second, m_prefixNames);
+        NamePart(entry.first, m_namespaceNames);
     }
     Put(kTerminator);
 }
@@ -524,14 +537,13 @@ void CFastInfosetWriter::WriteElement(bool hasAttributes) {
     }
     CXmlWriterContext& context = *m_pPendingElement;
     QualifiedNameOrIndexBit3(first, ElementPrefix(context), context.m_namespaceUri, context.m_localName,
-                             m_pVocabulary->m_elementNamesMap);
+                             m_elementNames);
     // The pending element becomes the current one, below its parent.
     context.m_pParent = std::move(m_pContext);
     m_pContext = std::move(m_pPendingElement);
 }
 
 void CFastInfosetWriter::WriteStartElement(const std::string& localName, const std::string& namespaceUri) {
-    COutputScope scope(*this);
     WriteElement(false);
     if (m_terminatorPending) {
         Put(kTerminator);
@@ -552,19 +564,16 @@ void CFastInfosetWriter::WriteStartElement(const std::string& localName, const s
 }
 
 void CFastInfosetWriter::WriteString(const std::string& text, ItemType type) {
-    COutputScope scope(*this);
     WriteElement(false);
     if (m_pContext && m_pContext->m_startTagOpen) {
         m_pContext->m_startTagOpen = false;
         if (m_pContext->m_hasAttributes) Put(kTerminator);
     }
     if (!text.empty())
-        NonIdentifyingStringOrIndexBit3(0x80, text, m_pVocabulary->m_characterChunksMap,
-                                        m_pFIContext->GetElementMaxAddLength(), type);
+        NonIdentifyingStringOrIndexBit3(0x80, text, m_characterChunks, m_pFIContext->GetElementMaxAddLength(), type);
 }
 
 void CFastInfosetWriter::WriteEndElement() {
-    COutputScope scope(*this);
     WriteElement(false);
     if (!m_pContext) throw CQvException("An Element has not been opened.");
     if (m_pContext->m_startTagOpen) {
@@ -598,17 +607,13 @@ const std::string& CFastInfosetWriter::AttributePrefix(const std::string& namesp
 
 void CFastInfosetWriter::WriteAttributeString(const std::string& localName, const std::string& namespaceUri,
                                               const std::string& value, ItemType type) {
-    COutputScope scope(*this);
     WriteElement(true);
     CheckAttributeAllowed();
-    QualifiedNameOrIndexBit2(0, AttributePrefix(namespaceUri), namespaceUri, localName,
-                             m_pVocabulary->m_attributeNamesMap);
-    NonIdentifyingStringOrIndexBit1(value, m_pVocabulary->m_attributeValuesMap,
-                                    m_pFIContext->GetAttributeMaxAddLength(), type);
+    QualifiedNameOrIndexBit2(0, AttributePrefix(namespaceUri), namespaceUri, localName, m_attributeNames);
+    NonIdentifyingStringOrIndexBit1(value, m_attributeValues, m_pFIContext->GetAttributeMaxAddLength(), type);
 }
 
 void CFastInfosetWriter::WriteAttributeNil() {
-    COutputScope scope(*this);
     WriteElement(true);
     CheckAttributeAllowed();
     WriteAttributeString("nil", Internal::kXsiNamespace, "true", ItemType_boolean);
@@ -616,7 +621,6 @@ void CFastInfosetWriter::WriteAttributeNil() {
 
 void CFastInfosetWriter::WriteAttributeType(const std::string& typeNamespaceUri, const std::string& typeName,
                                             ItemType type) {
-    COutputScope scope(*this);
     WriteElement(true);
     CheckAttributeAllowed();
     CXmlWriterContext& context = *m_pContext;
@@ -630,23 +634,20 @@ void CFastInfosetWriter::WriteAttributeType(const std::string& typeNamespaceUri,
     if (found != map.end()) {
         // The xsi:type attribute, under the prefix of the type's namespace.
         alias = found->second;
-        QualifiedNameOrIndexBit2(0, alias, Internal::kXsiNamespace, "type", m_pVocabulary->m_attributeNamesMap);
+        QualifiedNameOrIndexBit2(0, alias, Internal::kXsiNamespace, "type", m_attributeNames);
     } else {
         // An attribute named after the type itself, in the type's namespace.
         alias = SetAlias(context, typeNamespaceUri, GetUniquePrefix(map));
-        QualifiedNameOrIndexBit2(0, alias, typeNamespaceUri, typeName, m_pVocabulary->m_attributeNamesMap);
+        QualifiedNameOrIndexBit2(0, alias, typeNamespaceUri, typeName, m_attributeNames);
     }
-    NonIdentifyingStringOrIndexBit1(alias + ":" + typeName, m_pVocabulary->m_attributeValuesMap,
-                                    m_pFIContext->GetAttributeMaxAddLength(), type);
+    NonIdentifyingStringOrIndexBit1(alias + ":" + typeName, m_attributeValues, m_pFIContext->GetAttributeMaxAddLength(),
+                                    type);
 }
 
 // ---------------------------------------------------------------------------------------------
 // Items that are not carried
 
-void CFastInfosetWriter::WritePI(const std::string& /*text*/) {
-    COutputScope scope(*this);
-    WriteElement(false);
-}
+void CFastInfosetWriter::WritePI(const std::string& /*text*/) { WriteElement(false); }
 
 void CFastInfosetWriter::WriteComment(const std::string& /*text*/) {}
 

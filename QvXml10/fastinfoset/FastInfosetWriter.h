@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 namespace QvXmlLib10 {
 
@@ -32,10 +33,10 @@ inline constexpr const char* const FI_DECLARATION_LIST[9] = {
 inline constexpr const char FI_DEFAULT_EXTERNAL_VOCABULARY_URI[] = "urn:qvxml10:fastinfoset:vocabulary";
 
 // Writes the events of the writer frame as a Fast Infoset document into a
-// CBinaryStream, which it does not own. Names and short values are sent once and then
-// by index; values are written as the context's encodings say. Namespace declarations
-// are written on the root element only. Comments, processing instructions and inline
-// schemas are not carried.
+// CBinaryStream, which it does not own. The octets reach the stream in blocks: all of
+// them at the end of the document, or, after a failure, when the writer is destroyed. Names and short values are sent
+// once and then by index; values are written as the context's encodings say. Namespace declarations are written on the
+// root element only. Comments, processing instructions and inline schemas are not carried.
 class QVXML_API CFastInfosetWriter : public CXmlWriter {
 public:
     CFastInfosetWriter(const CFastInfosetContext& context, CBinaryStream& stream);
@@ -59,7 +60,21 @@ public:
     void WriteEndDocument();
 
 private:
-    class COutputScope;
+    // One table of the working vocabulary as the writer consults it: string to index,
+    // hashed. A new key gets the table's size plus one; a table of 2^20 keys takes no
+    // more, without a report.
+    class CIndexTable {
+    public:
+        void Seed(CFIVocabulary::IndexMap&& map);
+        const uint64_t* Find(const std::string& key) const {
+            const auto found = m_indices.find(key);
+            return found != m_indices.end() ? &found->second : nullptr;
+        }
+        void Add(const std::string& key);
+
+    private:
+        std::unordered_map<std::string, uint64_t> m_indices;
+    };
 
     // Flushes the pending element with or without the attribute bit.
     void WriteElement(bool hasAttributes);
@@ -70,18 +85,18 @@ private:
     void CheckAttributeAllowed() const;
 
     void QualifiedNameOrIndexBit2(unsigned char prefixOctet, const std::string& prefix, const std::string& namespaceUri,
-                                  const std::string& localName, CFIVocabulary::IndexMap& names);
+                                  const std::string& localName, CIndexTable& names);
     void QualifiedNameOrIndexBit3(unsigned char prefixOctet, const std::string& prefix, const std::string& namespaceUri,
-                                  const std::string& localName, CFIVocabulary::IndexMap& names);
+                                  const std::string& localName, CIndexTable& names);
     // The literal octet is decided; writes the parts and enters the key.
     void LiteralQualifiedName(const std::string& prefix, const std::string& namespaceUri, const std::string& localName,
-                              CFIVocabulary::IndexMap& names);
+                              CIndexTable& names);
     // A prefix, namespace or local name by index, or literally and then added.
-    void NamePart(const std::string& name, CFIVocabulary::IndexMap& map, void (CFIVocabulary::*add)(std::string));
-    void NonIdentifyingStringOrIndexBit1(const std::string& text, CFIVocabulary::IndexMap& table, uint64_t maxAddLength,
+    void NamePart(const std::string& name, CIndexTable& table);
+    void NonIdentifyingStringOrIndexBit1(const std::string& text, CIndexTable& table, uint64_t maxAddLength,
                                          ItemType type);
-    void NonIdentifyingStringOrIndexBit3(unsigned char prefixOctet, const std::string& text,
-                                         CFIVocabulary::IndexMap& table, uint64_t maxAddLength, ItemType type);
+    void NonIdentifyingStringOrIndexBit3(unsigned char prefixOctet, const std::string& text, CIndexTable& table,
+                                         uint64_t maxAddLength, ItemType type);
 
     void Integer1To2pw20Bit2(unsigned char prefix, uint64_t value);
     void Integer1To2pw20Bit3(unsigned char prefix, uint64_t value);
@@ -107,6 +122,7 @@ private:
     void Put(const unsigned char* data, uint64_t length);
     // Hands the octets collected so far to the stream.
     void FlushOutput();
+    void FlushQuietly() noexcept;
 
     CBinaryStream* m_pStream;
     const CFastInfosetContext* m_pFIContext;
@@ -114,8 +130,17 @@ private:
     bool m_terminatorPending;
     std::unique_ptr<CFIVocabulary> m_pVocabulary;
 
-    // Octets go to the stream once per event, not one by one.
-    static constexpr uint64_t kOutCapacity = 4096;
+    // The tables that grow while writing, taken over from the working vocabulary's maps.
+    CIndexTable m_elementNames;
+    CIndexTable m_attributeNames;
+    CIndexTable m_attributeValues;
+    CIndexTable m_characterChunks;
+    CIndexTable m_localNames;
+    CIndexTable m_namespaceNames;
+    CIndexTable m_prefixNames;
+
+    // Octets go to the stream in blocks, not one by one.
+    static constexpr uint64_t kOutCapacity = 16384;
     std::unique_ptr<unsigned char[]> m_pOut;
     uint64_t m_outUsed;
     std::string m_scratch; // encoded value or qualified-name key, reused

@@ -7,6 +7,7 @@
 #include "binding/XmlSerializationContext.h"
 #include "document/XmlDocument.h"
 #include "fastinfoset/FastInfosetContext.h"
+#include "internal/Limits.h"
 
 #include <gtest/gtest.h>
 
@@ -188,17 +189,20 @@ TEST(FastInfosetReader, FailureKeepsThePartialTreeWithItsText) {
 
 TEST(FastInfosetReader, NestingDepthIsLimited) {
     // One octet per level: the element name index 1 again and again.
-    std::string deep = kHeader + Bytes("3C") + Lit("a") + std::string(999, '\0') + std::string(500, '\xFF');
-    EXPECT_EQ(1000u, [&] {
+    const size_t limit = Internal::kMaxNestingDepth;
+    std::string deep =
+        kHeader + Bytes("3C") + Lit("a") + std::string(limit - 1, '\0') + std::string(limit / 2 + 1, '\xFF');
+    EXPECT_EQ(limit, [&] {
         CXmlDocument document;
         FiTest::LoadBytes(document, deep);
-        unsigned depth = 0;
+        size_t depth = 0;
         for (const CXmlElement* e = document.GetDocumentElement(); e; e = e->GetFirstElement())
             ++depth;
         return depth;
     }());
     deep.insert(kHeader.size() + 3, 1, '\0');
-    EXPECT_EQ("CQvException: The document nests elements deeper than 1000 levels", Failure([&] { LoadDump(deep); }));
+    EXPECT_EQ("CQvException: The document nests elements deeper than " + std::to_string(limit) + " levels",
+              Failure([&] { LoadDump(deep); }));
 }
 
 TEST(FastInfosetReader, DamagedDocumentsGiveATreeOrAFailure) {
