@@ -5,6 +5,7 @@
 #include "fastinfoset/FastInfosetWriter.h"
 #include "foundation/Encoder.h"
 #include "foundation/QvException.h"
+#include "internal/ByteScan.h"
 #include "internal/DocumentBuilder.h"
 
 #include <cstring>
@@ -16,7 +17,6 @@ namespace QvXmlLib10 {
 namespace {
 
 const uint64_t kScratchSize = 1024;
-const uint64_t kHighBits = 0x8080808080808080ull;
 // A table of names keeps to the largest index that the format can carry.
 const size_t kMaxNames = 0x100000;
 
@@ -41,20 +41,6 @@ const char kUtf16[] = "Failed to parse FastInfoset. Unsupported Feature UTF16BE 
 enum StringTable { kPrefixes, kNamespaces, kLocalNames, kAttributeValues, kCharacterChunks, kStringTables };
 const char* const kStringTableNames[] = {"Prefix Names", "Namespace Names", "Local Names", "Attribute Values",
                                          "Character Chunks"};
-
-// True when the bytes hold neither a NUL nor a byte outside ASCII: they then read the
-// same in every locale and need no conversion.
-bool IsPlainAscii(const unsigned char* data, uint64_t length) {
-    uint64_t i = 0;
-    for (; i + 8 <= length; i += 8) {
-        uint64_t word;
-        std::memcpy(&word, data + i, 8);
-        if ((word & kHighBits) | ((word - 0x0101010101010101ull) & ~word & kHighBits)) return false;
-    }
-    for (; i < length; ++i)
-        if (data[i] == 0 || (data[i] & 0x80)) return false;
-    return true;
-}
 
 } // namespace
 
@@ -552,7 +538,9 @@ uint64_t CFastInfosetReader::NonEmptyOctetStringBit7Length() {
 
 CFastInfosetReader::CText CFastInfosetReader::NonEmptyOctetUTF8String(uint64_t length) {
     const unsigned char* data = Move(length);
-    if (IsPlainAscii(data, length)) return {reinterpret_cast<const char*>(data), static_cast<size_t>(length)};
+    // Plain ASCII reads the same in every locale and stays where it lies.
+    if (!Internal::HasNulOrHighByte(reinterpret_cast<const char*>(data), static_cast<size_t>(length), false))
+        return {reinterpret_cast<const char*>(data), static_cast<size_t>(length)};
     // Half of the scratch space for wide characters, half for the result.
     const uint64_t half = m_scratchSize / 2;
     m_stringValue = CEncoder::Utf8ToLocalCodePage(
