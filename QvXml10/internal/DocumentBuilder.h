@@ -62,9 +62,18 @@ public:
     // open element. Throws when the document already has a root and all its elements
     // are closed, or when the element would nest deeper than kMaxNestingDepth.
     CXmlElement* StartElement(const Name* name);
+    // The same with the names as strings; a reader that meets a name again and again
+    // interns it once and keeps the Name instead. Prefixes play no part in the tree.
+    CXmlElement* StartElement(const std::string& namespaceUri, const std::string& localName) {
+        return StartElement(InternName(namespaceUri.data(), namespaceUri.size(), localName.data(), localName.size()));
+    }
     // Attributes of the element opened last, in document order.
     void ReserveAttributes(size_t count);
     void AddAttribute(const Name* name, const char* value, size_t valueLength);
+    void AddAttribute(const std::string& localName, const std::string& value, const std::string& namespaceUri) {
+        AddAttribute(InternName(namespaceUri.data(), namespaceUri.size(), localName.data(), localName.size()),
+                     value.data(), value.size());
+    }
     // A namespace declaration: the alias map keeps the last one of each prefix.
     void DeclareNamespace(std::string prefix, std::string namespaceUri);
 
