@@ -49,6 +49,38 @@ void CFastInfosetWriter::CIndexTable::Seed(CFIVocabulary::IndexMap&& map) {
     }
 }
 
+void CFastInfosetWriter::CNameTable::Seed(CFIVocabulary::IndexMap&& map) {
+    for (const auto& entry : map) {
+        // The key is local name, 0x01, namespace, 0x01, prefix.
+        const std::string& key = entry.first;
+        const size_t first = key.find('\x01');
+        const size_t second = first == std::string::npos ? std::string::npos : key.find('\x01', first + 1);
+        const std::string localName = key.substr(0, first);
+        const std::string namespaceUri =
+            second == std::string::npos ? std::string() : key.substr(first + 1, second - first - 1);
+        const std::string prefix = second == std::string::npos ? std::string() : key.substr(second + 1);
+        m_byLocalName[localName].push_back(CEntry{namespaceUri, prefix, entry.second});
+        ++m_count;
+    }
+    map.clear();
+}
+
+const uint64_t* CFastInfosetWriter::CNameTable::Find(const std::string& prefix, const std::string& namespaceUri,
+                                                     const std::string& localName) const {
+    const auto found = m_byLocalName.find(localName);
+    if (found == m_byLocalName.end()) return nullptr;
+    for (const CEntry& entry : found->second)
+        if (entry.m_namespaceUri == namespaceUri && entry.m_prefix == prefix) return &entry.m_index;
+    return nullptr;
+}
+
+void CFastInfosetWriter::CNameTable::Add(const std::string& prefix, const std::string& namespaceUri,
+                                         const std::string& localName) {
+    if (m_count >= (1u << 20)) return;
+    ++m_count;
+    m_byLocalName[localName].push_back(CEntry{namespaceUri, prefix, m_count});
+}
+
 void CFastInfosetWriter::CIndexTable::Add(const std::string& key) {
     if (m_indices.size() >= (1u << 20)) return;
     const uint64_t index = m_indices.size() + 1;
@@ -381,31 +413,17 @@ void CFastInfosetWriter::NamePart(const std::string& name, CIndexTable& table) {
 }
 
 void CFastInfosetWriter::LiteralQualifiedName(const std::string& prefix, const std::string& namespaceUri,
-                                              const std::string& localName, CIndexTable& names) {
+                                              const std::string& localName, CNameTable& names) {
     if (!prefix.empty()) NamePart(prefix, m_prefixNames);
     if (!namespaceUri.empty()) NamePart(namespaceUri, m_namespaceNames);
     NamePart(localName, m_localNames);
-    names.Add(m_key);
+    names.Add(prefix, namespaceUri, localName);
 }
-
-namespace {
-
-void MakeKey(std::string& key, const std::string& prefix, const std::string& namespaceUri,
-             const std::string& localName) {
-    key.assign(localName);
-    key += '\x01';
-    key += namespaceUri;
-    key += '\x01';
-    key += prefix;
-}
-
-} // namespace
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit3(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
-                                                  CIndexTable& names) {
-    MakeKey(m_key, prefix, namespaceUri, localName);
-    if (const uint64_t* index = names.Find(m_key)) {
+                                                  CNameTable& names) {
+    if (const uint64_t* index = names.Find(prefix, namespaceUri, localName)) {
         Integer1To2pw20Bit3(prefixOctet, *index);
         return;
     }
@@ -415,9 +433,8 @@ void CFastInfosetWriter::QualifiedNameOrIndexBit3(unsigned char prefixOctet, con
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit2(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
-                                                  CIndexTable& names) {
-    MakeKey(m_key, prefix, namespaceUri, localName);
-    if (const uint64_t* index = names.Find(m_key)) {
+                                                  CNameTable& names) {
+    if (const uint64_t* index = names.Find(prefix, namespaceUri, localName)) {
         Integer1To2pw20Bit2(prefixOctet, *index);
         return;
     }

@@ -103,7 +103,8 @@ TEST_F(Interop, NamespacesDeepNestingDeclarationsAndNonAsciiText) {
     // The nil and type attributes are written through the writer's own operations.
     CBinaryStream stream;
     {
-        CFastInfosetWriter writer(CFastInfosetContext(), stream);
+        const CFastInfosetContext fi;
+        CFastInfosetWriter writer(fi, stream);
         writer.WriteStartDocument(FInfoDecl_None);
         writer.AddNamespace("xsi", "http://www.w3.org/2001/XMLSchema-instance");
         Play(writer, "<a");

@@ -318,7 +318,8 @@ TEST(FastInfosetWriter, Failures) {
                              [](CFastInfosetWriter& w) { w.WriteAttributeType("urn:t", "T", ItemType_string); }})
         EXPECT_EQ("CQvException: Attributes must be added before elements", Failure([&] {
                       CBinaryStream stream;
-                      CFastInfosetWriter writer(CFastInfosetContext(), stream);
+                      const CFastInfosetContext fi;
+                      CFastInfosetWriter writer(fi, stream);
                       Play(writer, "<a '");
                       call(writer);
                   }));
