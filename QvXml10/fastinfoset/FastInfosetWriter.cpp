@@ -42,11 +42,48 @@ CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext& context, CBina
 }
 
 void CFastInfosetWriter::CIndexTable::Seed(CFIVocabulary::IndexMap&& map) {
-    m_indices.reserve(map.size());
     while (!map.empty()) {
         auto node = map.extract(map.begin());
-        m_indices.emplace(std::move(node.key()), node.mapped());
+        Insert(std::move(node.key()), node.mapped());
     }
+}
+
+const uint64_t* CFastInfosetWriter::CIndexTable::Find(const std::string& key) const {
+    if (m_slots.empty()) return nullptr;
+    const size_t mask = m_slots.size() - 1;
+    for (size_t i = std::hash<std::string>()(key) & mask;; i = (i + 1) & mask) {
+        const CSlot& slot = m_slots[i];
+        if (slot.m_index == 0) return nullptr;
+        if (slot.m_key == key) return &slot.m_index;
+    }
+}
+
+void CFastInfosetWriter::CIndexTable::Add(const std::string& key) {
+    if (m_count >= (1u << 20)) return;
+    Insert(key, m_count + 1);
+}
+
+void CFastInfosetWriter::CIndexTable::Insert(std::string key, uint64_t index) {
+    if (2 * (m_count + 1) > m_slots.size()) Grow();
+    const size_t mask = m_slots.size() - 1;
+    for (size_t i = std::hash<std::string>()(key) & mask;; i = (i + 1) & mask) {
+        CSlot& slot = m_slots[i];
+        if (slot.m_index == 0) {
+            slot.m_key = std::move(key);
+            slot.m_index = index;
+            ++m_count;
+            return;
+        }
+        if (slot.m_key == key) return; // a known key keeps its index
+    }
+}
+
+void CFastInfosetWriter::CIndexTable::Grow() {
+    std::vector<CSlot> old(m_slots.empty() ? 64 : 2 * m_slots.size());
+    old.swap(m_slots);
+    m_count = 0;
+    for (CSlot& slot : old)
+        if (slot.m_index != 0) Insert(std::move(slot.m_key), slot.m_index);
 }
 
 void CFastInfosetWriter::CNameTable::Seed(CFIVocabulary::IndexMap&& map) {
@@ -79,12 +116,6 @@ void CFastInfosetWriter::CNameTable::Add(const std::string& prefix, const std::s
     if (m_count >= (1u << 20)) return;
     ++m_count;
     m_byLocalName[localName].push_back(CEntry{namespaceUri, prefix, m_count});
-}
-
-void CFastInfosetWriter::CIndexTable::Add(const std::string& key) {
-    if (m_indices.size() >= (1u << 20)) return;
-    const uint64_t index = m_indices.size() + 1;
-    m_indices.emplace(key, index);
 }
 
 CFastInfosetWriter::~CFastInfosetWriter() {

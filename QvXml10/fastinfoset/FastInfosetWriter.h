@@ -62,19 +62,25 @@ public:
 
 private:
     // One table of the working vocabulary as the writer consults it: string to index,
-    // hashed. A new key gets the table's size plus one; a table of 2^20 keys takes no
-    // more, without a report.
+    // in an open-addressing hash table whose slots hold short keys inline. A new key
+    // gets the table's size plus one; a table of 2^20 keys takes no more, without a
+    // report.
     class CIndexTable {
     public:
         void Seed(CFIVocabulary::IndexMap&& map);
-        const uint64_t* Find(const std::string& key) const {
-            const auto found = m_indices.find(key);
-            return found != m_indices.end() ? &found->second : nullptr;
-        }
+        const uint64_t* Find(const std::string& key) const;
         void Add(const std::string& key);
 
     private:
-        std::unordered_map<std::string, uint64_t> m_indices;
+        struct CSlot {
+            std::string m_key;
+            uint64_t m_index = 0; // 0: empty slot
+        };
+        void Insert(std::string key, uint64_t index);
+        void Grow();
+
+        std::vector<CSlot> m_slots; // a power of two in size, at most half full
+        uint64_t m_count = 0;
     };
 
     // A table of qualified names, looked up by the local name first: the same names and
