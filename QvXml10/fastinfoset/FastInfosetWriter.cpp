@@ -16,9 +16,17 @@ namespace {
 constexpr unsigned char kTerminator = 0xF0;
 constexpr unsigned char kDoubleTerminator = 0xFF;
 
+// Eight octets at a time: text is mostly ASCII.
 bool IsAscii(const std::string& text) {
-    for (const char c : text)
-        if (static_cast<unsigned char>(c) >= 0x80) return false;
+    const char* p = text.data();
+    size_t n = text.size();
+    for (; n >= 8; p += 8, n -= 8) {
+        uint64_t word;
+        std::memcpy(&word, p, 8);
+        if (word & 0x8080808080808080ull) return false;
+    }
+    for (; n > 0; ++p, --n)
+        if (static_cast<unsigned char>(*p) >= 0x80) return false;
     return true;
 }
 
