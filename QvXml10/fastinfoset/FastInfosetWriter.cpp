@@ -16,9 +16,17 @@ namespace {
 constexpr unsigned char kTerminator = 0xF0;
 constexpr unsigned char kDoubleTerminator = 0xFF;
 
+// Eight octets at a time: text is mostly ASCII.
 bool IsAscii(const std::string& text) {
-    for (const char c : text)
-        if (static_cast<unsigned char>(c) >= 0x80) return false;
+    const char* p = text.data();
+    size_t n = text.size();
+    for (; n >= 8; p += 8, n -= 8) {
+        uint64_t word;
+        std::memcpy(&word, p, 8);
+        if (word & 0x8080808080808080ull) return false;
+    }
+    for (; n > 0; ++p, --n)
+        if (static_cast<unsigned char>(*p) >= 0x80) return false;
     return true;
 }
 
@@ -42,17 +50,80 @@ CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext& context, CBina
 }
 
 void CFastInfosetWriter::CIndexTable::Seed(CFIVocabulary::IndexMap&& map) {
-    m_indices.reserve(map.size());
     while (!map.empty()) {
         auto node = map.extract(map.begin());
-        m_indices.emplace(std::move(node.key()), node.mapped());
+        Insert(std::move(node.key()), node.mapped());
+    }
+}
+
+const uint64_t* CFastInfosetWriter::CIndexTable::Find(const std::string& key) const {
+    if (m_slots.empty()) return nullptr;
+    const size_t mask = m_slots.size() - 1;
+    for (size_t i = std::hash<std::string>()(key) & mask;; i = (i + 1) & mask) {
+        const CSlot& slot = m_slots[i];
+        if (slot.m_index == 0) return nullptr;
+        if (slot.m_key == key) return &slot.m_index;
     }
 }
 
 void CFastInfosetWriter::CIndexTable::Add(const std::string& key) {
-    if (m_indices.size() >= (1u << 20)) return;
-    const uint64_t index = m_indices.size() + 1;
-    m_indices.emplace(key, index);
+    if (m_count >= (1u << 20)) return;
+    Insert(key, m_count + 1);
+}
+
+void CFastInfosetWriter::CIndexTable::Insert(std::string key, uint64_t index) {
+    if (2 * (m_count + 1) > m_slots.size()) Grow();
+    const size_t mask = m_slots.size() - 1;
+    for (size_t i = std::hash<std::string>()(key) & mask;; i = (i + 1) & mask) {
+        CSlot& slot = m_slots[i];
+        if (slot.m_index == 0) {
+            slot.m_key = std::move(key);
+            slot.m_index = index;
+            ++m_count;
+            return;
+        }
+        if (slot.m_key == key) return; // a known key keeps its index
+    }
+}
+
+void CFastInfosetWriter::CIndexTable::Grow() {
+    std::vector<CSlot> old(m_slots.empty() ? 64 : 2 * m_slots.size());
+    old.swap(m_slots);
+    m_count = 0;
+    for (CSlot& slot : old)
+        if (slot.m_index != 0) Insert(std::move(slot.m_key), slot.m_index);
+}
+
+void CFastInfosetWriter::CNameTable::Seed(CFIVocabulary::IndexMap&& map) {
+    for (const auto& entry : map) {
+        // The key is local name, 0x01, namespace, 0x01, prefix.
+        const std::string& key = entry.first;
+        const size_t first = key.find('\x01');
+        const size_t second = first == std::string::npos ? std::string::npos : key.find('\x01', first + 1);
+        const std::string localName = key.substr(0, first);
+        const std::string namespaceUri =
+            second == std::string::npos ? std::string() : key.substr(first + 1, second - first - 1);
+        const std::string prefix = second == std::string::npos ? std::string() : key.substr(second + 1);
+        m_byLocalName[localName].push_back(CEntry{namespaceUri, prefix, entry.second});
+        ++m_count;
+    }
+    map.clear();
+}
+
+const uint64_t* CFastInfosetWriter::CNameTable::Find(const std::string& prefix, const std::string& namespaceUri,
+                                                     const std::string& localName) const {
+    const auto found = m_byLocalName.find(localName);
+    if (found == m_byLocalName.end()) return nullptr;
+    for (const CEntry& entry : found->second)
+        if (entry.m_namespaceUri == namespaceUri && entry.m_prefix == prefix) return &entry.m_index;
+    return nullptr;
+}
+
+void CFastInfosetWriter::CNameTable::Add(const std::string& prefix, const std::string& namespaceUri,
+                                         const std::string& localName) {
+    if (m_count >= (1u << 20)) return;
+    ++m_count;
+    m_byLocalName[localName].push_back(CEntry{namespaceUri, prefix, m_count});
 }
 
 CFastInfosetWriter::~CFastInfosetWriter() {
@@ -381,31 +452,17 @@ void CFastInfosetWriter::NamePart(const std::string& name, CIndexTable& table) {
 }
 
 void CFastInfosetWriter::LiteralQualifiedName(const std::string& prefix, const std::string& namespaceUri,
-                                              const std::string& localName, CIndexTable& names) {
+                                              const std::string& localName, CNameTable& names) {
     if (!prefix.empty()) NamePart(prefix, m_prefixNames);
     if (!namespaceUri.empty()) NamePart(namespaceUri, m_namespaceNames);
     NamePart(localName, m_localNames);
-    names.Add(m_key);
+    names.Add(prefix, namespaceUri, localName);
 }
-
-namespace {
-
-void MakeKey(std::string& key, const std::string& prefix, const std::string& namespaceUri,
-             const std::string& localName) {
-    key.assign(localName);
-    key += '\x01';
-    key += namespaceUri;
-    key += '\x01';
-    key += prefix;
-}
-
-} // namespace
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit3(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
-                                                  CIndexTable& names) {
-    MakeKey(m_key, prefix, namespaceUri, localName);
-    if (const uint64_t* index = names.Find(m_key)) {
+                                                  CNameTable& names) {
+    if (const uint64_t* index = names.Find(prefix, namespaceUri, localName)) {
         Integer1To2pw20Bit3(prefixOctet, *index);
         return;
     }
@@ -415,9 +472,8 @@ void CFastInfosetWriter::QualifiedNameOrIndexBit3(unsigned char prefixOctet, con
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit2(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
-                                                  CIndexTable& names) {
-    MakeKey(m_key, prefix, namespaceUri, localName);
-    if (const uint64_t* index = names.Find(m_key)) {
+                                                  CNameTable& names) {
+    if (const uint64_t* index = names.Find(prefix, namespaceUri, localName)) {
         Integer1To2pw20Bit2(prefixOctet, *index);
         return;
     }

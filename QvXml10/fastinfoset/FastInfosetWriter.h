@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace QvXmlLib10 {
 
@@ -61,19 +62,44 @@ public:
 
 private:
     // One table of the working vocabulary as the writer consults it: string to index,
-    // hashed. A new key gets the table's size plus one; a table of 2^20 keys takes no
-    // more, without a report.
+    // in an open-addressing hash table whose slots hold short keys inline. A new key
+    // gets the table's size plus one; a table of 2^20 keys takes no more, without a
+    // report.
     class CIndexTable {
     public:
         void Seed(CFIVocabulary::IndexMap&& map);
-        const uint64_t* Find(const std::string& key) const {
-            const auto found = m_indices.find(key);
-            return found != m_indices.end() ? &found->second : nullptr;
-        }
+        const uint64_t* Find(const std::string& key) const;
         void Add(const std::string& key);
 
     private:
-        std::unordered_map<std::string, uint64_t> m_indices;
+        struct CSlot {
+            std::string m_key;
+            uint64_t m_index = 0; // 0: empty slot
+        };
+        void Insert(std::string key, uint64_t index);
+        void Grow();
+
+        std::vector<CSlot> m_slots; // a power of two in size, at most half full
+        uint64_t m_count = 0;
+    };
+
+    // A table of qualified names, looked up by the local name first: the same names and
+    // indices as a table keyed by the joined qualified-name key, without joining.
+    class CNameTable {
+    public:
+        void Seed(CFIVocabulary::IndexMap&& map);
+        const uint64_t* Find(const std::string& prefix, const std::string& namespaceUri,
+                             const std::string& localName) const;
+        void Add(const std::string& prefix, const std::string& namespaceUri, const std::string& localName);
+
+    private:
+        struct CEntry {
+            std::string m_namespaceUri;
+            std::string m_prefix;
+            uint64_t m_index;
+        };
+        std::unordered_map<std::string, std::vector<CEntry>> m_byLocalName;
+        uint64_t m_count = 0;
     };
 
     // Flushes the pending element with or without the attribute bit.
@@ -85,12 +111,12 @@ private:
     void CheckAttributeAllowed() const;
 
     void QualifiedNameOrIndexBit2(unsigned char prefixOctet, const std::string& prefix, const std::string& namespaceUri,
-                                  const std::string& localName, CIndexTable& names);
+                                  const std::string& localName, CNameTable& names);
     void QualifiedNameOrIndexBit3(unsigned char prefixOctet, const std::string& prefix, const std::string& namespaceUri,
-                                  const std::string& localName, CIndexTable& names);
+                                  const std::string& localName, CNameTable& names);
     // The literal octet is decided; writes the parts and enters the key.
     void LiteralQualifiedName(const std::string& prefix, const std::string& namespaceUri, const std::string& localName,
-                              CIndexTable& names);
+                              CNameTable& names);
     // A prefix, namespace or local name by index, or literally and then added.
     void NamePart(const std::string& name, CIndexTable& table);
     void NonIdentifyingStringOrIndexBit1(const std::string& text, CIndexTable& table, uint64_t maxAddLength,
@@ -131,8 +157,8 @@ private:
     std::unique_ptr<CFIVocabulary> m_pVocabulary;
 
     // The tables that grow while writing, taken over from the working vocabulary's maps.
-    CIndexTable m_elementNames;
-    CIndexTable m_attributeNames;
+    CNameTable m_elementNames;
+    CNameTable m_attributeNames;
     CIndexTable m_attributeValues;
     CIndexTable m_characterChunks;
     CIndexTable m_localNames;
@@ -143,8 +169,7 @@ private:
     static constexpr uint64_t kOutCapacity = 16384;
     std::unique_ptr<unsigned char[]> m_pOut;
     uint64_t m_outUsed;
-    std::string m_scratch; // encoded value or qualified-name key, reused
-    std::string m_key;
+    std::string m_scratch; // encoded value or UTF-8 text, reused
 };
 
 } // namespace QvXmlLib10
