@@ -123,8 +123,7 @@ TEST(FastInfosetReader, RecognitionFallsBackToText) {
         Bytes("E0 00 00 02 00") + kRootA,
     };
     for (const std::string& bytes : cases)
-        EXPECT_EQ(0u, Failure([&] { LoadDump(bytes); }).find("CQvException: ")) << FiTest::Hex(
-            reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<unsigned long>(bytes.size()));
+        EXPECT_EQ(0u, Failure([&] { LoadDump(bytes); }).find("CQvException: ")) << FiTest::Hex(bytes);
     EXPECT_EQ("r'x'", LoadDump("<r>x</r>"));
 }
 
