@@ -19,6 +19,12 @@
 #include "document/XmlWriter.h"
 #include "document/XmlTextWriter.h"
 
+#include "fastinfoset/FastInfosetBinaryData.h"
+#include "fastinfoset/FIVocabulary.h"
+#include "fastinfoset/FastInfosetContext.h"
+#include "fastinfoset/FastInfosetReader.h"
+#include "fastinfoset/FastInfosetWriter.h"
+
 #include "values/Conversions.h"
 #include "values/DateTimeSpan.h"
 #include "values/DateTime.h"

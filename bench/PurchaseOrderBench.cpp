@@ -1,5 +1,5 @@
 // Reading and writing purchase orders through the example's classes, against expat's
-// raw parse of the same text.
+// raw parse of the same text; writing them as Fast Infoset against writing their text.
 
 #include "BenchSupport.h"
 
@@ -92,6 +92,12 @@ const std::string& OrderText(size_t bytes) {
     return text;
 }
 
+// Bytes of Fast Infoset and of text, by (suggested encodings, document size).
+std::map<std::pair<bool, size_t>, std::pair<size_t, size_t>>& FastInfosetSizes() {
+    static std::map<std::pair<bool, size_t>, std::pair<size_t, size_t>> sizes;
+    return sizes;
+}
+
 void XMLCALL NoStart(void*, const XML_Char*, const XML_Char**) {}
 void XMLCALL NoEnd(void*, const XML_Char*) {}
 void XMLCALL NoText(void*, const XML_Char*, int) {}
@@ -134,9 +140,30 @@ void BM_OrderToXml(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
 }
 
+// Fast Infoset of the same orders, with the default options or the suggested encodings.
+void OrderToFastInfoset(benchmark::State& state, bool suggestedValues) {
+    const std::string& text = OrderText(static_cast<size_t>(state.range(0)));
+    CPurchaseOrder order;
+    order.FromXml(text.c_str());
+    CXmlSerializationContext context = OrderContext();
+    if (suggestedValues) context.GetFIContext().SetSuggestedValues();
+    size_t size = 0;
+    for (auto _ : state) {
+        const CBinaryData written = order.ToFastInfosetStream(FInfoDecl_None, context);
+        size = written.GetLength();
+    }
+    FastInfosetSizes()[{suggestedValues, static_cast<size_t>(state.range(0))}] = {size, text.size()};
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+
+void BM_OrderToFastInfoset(benchmark::State& state) { OrderToFastInfoset(state, false); }
+void BM_OrderToFastInfosetSuggested(benchmark::State& state) { OrderToFastInfoset(state, true); }
+
 BENCHMARK(BM_OrderExpatRawParse)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_OrderFromXml)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_OrderToXml)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OrderToFastInfoset)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OrderToFastInfosetSuggested)->Arg(SIZES[0])->Arg(SIZES[1])->Unit(benchmark::kMillisecond);
 
 const bool registered =
     (AddReport([] {
@@ -156,9 +183,34 @@ const bool registered =
              if (t.count("BM_OrderToXml" + suffix))
                  std::printf("  %5.1f MB: ToXml throughput ratio %.2f (target at least 0.50)\n", size / 1048576.0,
                              raw / t["BM_OrderToXml" + suffix]);
+             if (t.count("BM_OrderToFastInfoset" + suffix)) {
+                 const double fi = t["BM_OrderToFastInfoset" + suffix];
+                 std::printf("  %5.1f MB: ToFastInfosetStream throughput ratio %.2f (target at least 1.5)\n",
+                             size / 1048576.0, raw / fi);
+                 if (t.count("BM_OrderToXml" + suffix))
+                     std::printf("  %5.1f MB: ToFastInfosetStream against ToXml, speed ratio %.2f (target at least "
+                                 "1.0)\n",
+                                 size / 1048576.0, t["BM_OrderToXml" + suffix] / fi);
+             }
+             if (t.count("BM_OrderToFastInfosetSuggested" + suffix))
+                 std::printf("  %5.1f MB: ToFastInfosetStream with suggested encodings, throughput ratio %.2f\n",
+                             size / 1048576.0, raw / t["BM_OrderToFastInfosetSuggested" + suffix]);
+             for (const bool suggested : {false, true}) {
+                 const auto found = FastInfosetSizes().find({suggested, size});
+                 if (found == FastInfosetSizes().end()) continue;
+                 std::printf("  %5.1f MB: Fast Infoset size %s against the text, ratio %.2f%s\n", size / 1048576.0,
+                             suggested ? "with suggested encodings" : "with the default options",
+                             static_cast<double>(found->second.first) / found->second.second,
+                             suggested ? "" : " (target at most 0.40)");
+             }
          }
          CleanOrdersMetaData();
      }),
      true);
 
 } // namespace
+
+namespace QvXmlBench {
+// The order texts of this file, for the Fast Infoset benchmarks.
+const std::string& PurchaseOrderText(size_t bytes) { return OrderText(bytes); }
+} // namespace QvXmlBench

@@ -1,9 +1,10 @@
-// The text output entry points of CXmlObjectBase: each builds a sink and a text writer,
-// has the object write itself through ToXml_Int and takes the result.
+// The text and Fast Infoset output entry points of CXmlObjectBase: each builds a sink
+// and a writer, has the object write itself through ToXml_Int and takes the result.
 
 #include "binding/XmlObjectBase.h"
 
 #include "document/XmlTextWriter.h"
+#include "fastinfoset/FastInfosetWriter.h"
 #include "foundation/QvException.h"
 #include "foundation/QvZip.h"
 #include "foundation/Streams.h"
@@ -74,6 +75,28 @@ void CXmlObjectBase::ToXmlFile(const char* path, bool declaration, bool format, 
     }
     CBinaryData bytes = ToXmlStream(declaration, format, encoding, eol, context, compression);
     CFileBinaryStream file(path, encoding, bytes);
+    file.ToFile();
+}
+
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl declaration, const CXmlSerializationContext& context,
+                                                CompressionType compression) const {
+    CheckVersion();
+    CBinaryStream stream;
+    CFastInfosetWriter writer(context.GetFIContext(), stream);
+    writer.Open();
+    writer.WriteStartDocument(declaration);
+    const std::string targetNamespace = GetTargetNamespace();
+    CXmlObjectBase::ToXml_Int(this, &writer, true, targetNamespace.c_str(), context, false);
+    writer.WriteEndDocument();
+    writer.Close();
+    return CompressOutput(stream.GetBinaryStream(), compression);
+}
+
+void CXmlObjectBase::ToFastInfosetFile(const char* path, FInfoDecl declaration, const CXmlSerializationContext& context,
+                                       CompressionType compression) const {
+    RefuseZLibForFile(compression);
+    CBinaryData bytes = ToFastInfosetStream(declaration, context, compression);
+    CFileBinaryStream file(path, XmlEncoding_None, bytes);
     file.ToFile();
 }
 

@@ -88,6 +88,11 @@ public:
                            XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
                            const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
                            CompressionType compression = CompressionType_None) const;
+    // Fast Infoset output entry points. A compression other than none is refused for now.
+    virtual void
+    ToFastInfosetFile(const char* path, FInfoDecl declaration = FInfoDecl_None,
+                      const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
+                      CompressionType compression = CompressionType_None) const;
     virtual std::string
     ToXml(bool declaration = true, bool format = true, EOLType eol = EOLType_LF,
           const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext) const;
@@ -96,6 +101,10 @@ public:
                 EOLType eol = EOLType_LF,
                 const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
                 CompressionType compression = CompressionType_None) const;
+    virtual CBinaryData
+    ToFastInfosetStream(FInfoDecl declaration = FInfoDecl_None,
+                        const CXmlSerializationContext& context = CXmlSerializationContext::m_defaultContext,
+                        CompressionType compression = CompressionType_None) const;
 
     // Reading entry points.
     virtual void FromXmlFile(const char* path,

@@ -23,7 +23,7 @@ CXmlSerializationContext::CXmlSerializationContext(const CXmlSerializationContex
       m_ignoreUnknownElements(other.m_ignoreUnknownElements),
       m_ignoreUnknownAttributes(other.m_ignoreUnknownAttributes), m_ignoreNamespaces(other.m_ignoreNamespaces),
       m_schemaType(other.m_schemaType), m_noOptionalAttributeDefaultOutput(other.m_noOptionalAttributeDefaultOutput),
-      m_stripCDATA(other.m_stripCDATA) {}
+      m_fiContext(other.m_fiContext), m_stripCDATA(other.m_stripCDATA) {}
 
 CXmlSerializationContext::~CXmlSerializationContext() {}
 

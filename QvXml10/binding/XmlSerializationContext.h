@@ -4,6 +4,7 @@
 
 #include "SmartPtr.h"
 #include "../document/NamespaceAliasMap.h"
+#include "../fastinfoset/FastInfosetContext.h"
 #include "../foundation/QvTypes.h"
 
 #include <string>
@@ -77,6 +78,10 @@ public:
     std::vector<std::string>& GetProcessingInstructions() { return m_processingInstructions; }
     const std::vector<std::string>& GetProcessingInstructions() const { return m_processingInstructions; }
 
+    // Options of Fast Infoset writing and reading.
+    CFastInfosetContext& GetFIContext() { return m_fiContext; }
+    const CFastInfosetContext& GetFIContext() const { return m_fiContext; }
+
 private:
     std::string m_defaultNamespaceUri;
     bool m_writeTypeAttribute;
@@ -92,6 +97,7 @@ private:
     bool m_ignoreNamespaces;
     SchemaType m_schemaType;
     bool m_noOptionalAttributeDefaultOutput;
+    CFastInfosetContext m_fiContext;
     bool m_stripCDATA;
 };
 

@@ -2,6 +2,7 @@
 
 #include "binding/XmlSerializationContext.h"
 #include "document/ExpatReader.h"
+#include "fastinfoset/FastInfosetReader.h"
 #include "foundation/QvException.h"
 #include "internal/Constants.h"
 #include "internal/Hashing.h"
@@ -551,7 +552,9 @@ void CXmlDocument::Parse() {
         m_pInput = m_pData.get();
         m_dataLength = inflatedLength;
     }
-    ParseText();
+    // Fast Infoset is recognised by its header; anything else is XML text.
+    CFastInfosetReader reader(m_pContext->GetFIContext(), *this);
+    if (!reader.Parse()) ParseText();
 }
 
 void CXmlDocument::ParseText() {
