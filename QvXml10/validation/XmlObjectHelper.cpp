@@ -10,6 +10,10 @@
 #include "foundation/QvException.h"
 #include "validation/RegEx.h"
 #include "values/Conversions.h"
+#include "values/BigInteger.h"
+#include "values/DateTime.h"
+#include "values/DateTimeSpan.h"
+#include "values/Decimal.h"
 #include "values/QvVariant.h"
 
 namespace QvXmlLib10 {
@@ -81,6 +85,45 @@ void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value
         break;
     case ItemType_boolean:
         CheckRestrictionForboolean(name, value.GetBoolean(), restrictions);
+        break;
+    case ItemType_hexBinary:
+        CheckRestrictionForhexBinary(name, value.GetHexBinary(), restrictions);
+        break;
+    case ItemType_base64Binary:
+        CheckRestrictionForbase64Binary(name, value.GetBase64Binary(), restrictions);
+        break;
+    case ItemType_duration:
+        CheckRestrictionForduration(name, value.GetDuration(), restrictions);
+        break;
+    case ItemType_yearMonth:
+        CheckRestrictionForyearMonth(name, value.GetYearMonth(), restrictions);
+        break;
+    case ItemType_monthDay:
+        CheckRestrictionFormonthDay(name, value.GetMonthDay(), restrictions);
+        break;
+    case ItemType_year:
+        CheckRestrictionForyear(name, value.GetYear(), restrictions);
+        break;
+    case ItemType_month:
+        CheckRestrictionFormonth(name, value.GetMonth(), restrictions);
+        break;
+    case ItemType_day:
+        CheckRestrictionForday(name, value.GetDay(), restrictions);
+        break;
+    case ItemType_date:
+        CheckRestrictionFordate(name, value.GetDate(), restrictions);
+        break;
+    case ItemType_datetime:
+        CheckRestrictionFordatetime(name, value.GetDateTime(), restrictions);
+        break;
+    case ItemType_time:
+        CheckRestrictionFortime(name, value.GetTime(), restrictions);
+        break;
+    case ItemType_decimal:
+        CheckRestrictionFordecimal(name, value.GetDecimal(), restrictions);
+        break;
+    case ItemType_integer:
+        CheckRestrictionForinteger(name, value.GetInteger(), restrictions);
         break;
     default:
         // GetType throws first for a variant of no primitive kind.

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "../foundation/QvExport.h"
 #include "../foundation/QvTypes.h"
 #include "PrimitiveRestrictions.h"
 
@@ -9,13 +10,18 @@ namespace QvXmlLib10 {
 
 class QvVariant;
 class CXmlElement;
+class CBinaryData;
+class CBigInteger;
+class CDecimal;
+class CDateTime;
+class CDateTimeSpan;
 class CXmlSerializationContext;
 
 // Facet checks of primitive values. A check passes or throws; a failed facet is a
 // CQvException naming the item (`name`) and the value. Checks stop at the first
 // failed facet. Bounds are parsed with the whitespace rule collapse; a bound that
 // does not parse fails the check with the words of its parser.
-class CXmlObjectHelper {
+class QVXML_API CXmlObjectHelper {
 public:
     // Reads `value` as `type`, whatever the variant's own kind and nil flag, and runs
     // that kind's check. A kind without a check throws CQvInvalidValueException
@@ -46,8 +52,40 @@ public:
     // Booleans have no facet to check.
     static void CheckRestrictionForboolean(const char* name, bool value, const CPrimitiveRestrictions& restrictions);
 
-    // The binary, date and time, duration, year, month, day, decimal and integer kinds
-    // join here with their value types.
+    // minLength, maxLength and length in bytes. The value is shown in hexadecimal in
+    // both kinds.
+    static void CheckRestrictionForhexBinary(const char* name, const CBinaryData& value,
+                                             const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForbase64Binary(const char* name, const CBinaryData& value,
+                                                const CPrimitiveRestrictions& restrictions);
+    // Partially ordered kinds: an indeterminate comparison passes every facet.
+    static void CheckRestrictionForduration(const char* name, const CDateTimeSpan& value,
+                                            const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForyearMonth(const char* name, const CDateTime& value,
+                                             const CPrimitiveRestrictions& restrictions);
+    // The same as CheckRestrictionForyearMonth.
+    static void CheckRestrictionFormonthYear(const char* name, const CDateTime& value,
+                                             const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFormonthDay(const char* name, const CDateTime& value,
+                                            const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFordate(const char* name, const CDateTime& value,
+                                        const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFordatetime(const char* name, const CDateTime& value,
+                                            const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFortime(const char* name, const CDateTime& value,
+                                        const CPrimitiveRestrictions& restrictions);
+    // Ordered kinds, as the integers above. Bounds of the rich kinds are parsed once per
+    // set of facets and kept with it.
+    static void CheckRestrictionForyear(const char* name, unsigned short value,
+                                        const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFormonth(const char* name, unsigned char value,
+                                         const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForday(const char* name, unsigned char value,
+                                       const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFordecimal(const char* name, const CDecimal& value,
+                                           const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForinteger(const char* name, const CBigInteger& value,
+                                           const CPrimitiveRestrictions& restrictions);
 
     // ---- Namespace restrictions of wildcards (NamespaceRestrictions.cpp) ----------
 
