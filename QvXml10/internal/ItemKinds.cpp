@@ -55,35 +55,35 @@ constexpr CItemKind DecimalEntry() {
 
 // Indexed by ItemType.
 constexpr CItemKind kItemKinds[] = {
-    Scalar(nullptr),                        // 0 Invalid
-    HexKind::Entry("hexBinary"),            // 1
-    Base64Kind::Entry("base64Binary"),      // 2
-    Scalar("i1"),                           // 3
-    Scalar("i2"),                           // 4
-    Scalar("i4"),                           // 5
-    Scalar("i8"),                           // 6
-    Scalar("ui1"),                          // 7
-    Scalar("ui2"),                          // 8
-    Scalar("ui4"),                          // 9
-    Scalar("ui8"),                          // 10
-    Scalar("r4"),                           // 11
-    Scalar("r8"),                           // 12
-    DurationKind::Entry("duration"),        // 13
-    YearMonthKind::Entry("yearMonth"),      // 14
-    MonthDayKind::Entry("monthDay"),        // 15
-    Scalar("year"),                         // 16
-    Scalar("month"),                        // 17
-    Scalar("day"),                          // 18
-    DateKind::Entry("date"),                // 19
-    DateTimeKind::Entry("datetime"),        // 20
-    TimeKind::Entry("time"),                // 21
-    Scalar("char"),                         // 22
-    StringKind::Entry("string"),            // 23
-    Scalar("boolean"),                      // 24
-    DecimalEntry(),                         // 25
-    IntegerKind::Entry("integer"),          // 26
-    Scalar(nullptr),                        // 27 XmlObject
-    Scalar(nullptr),                        // 28 XmlCollection
+    Scalar(nullptr),                   // 0 Invalid
+    HexKind::Entry("hexBinary"),       // 1
+    Base64Kind::Entry("base64Binary"), // 2
+    Scalar("i1"),                      // 3
+    Scalar("i2"),                      // 4
+    Scalar("i4"),                      // 5
+    Scalar("i8"),                      // 6
+    Scalar("ui1"),                     // 7
+    Scalar("ui2"),                     // 8
+    Scalar("ui4"),                     // 9
+    Scalar("ui8"),                     // 10
+    Scalar("r4"),                      // 11
+    Scalar("r8"),                      // 12
+    DurationKind::Entry("duration"),   // 13
+    YearMonthKind::Entry("yearMonth"), // 14
+    MonthDayKind::Entry("monthDay"),   // 15
+    Scalar("year"),                    // 16
+    Scalar("month"),                   // 17
+    Scalar("day"),                     // 18
+    DateKind::Entry("date"),           // 19
+    DateTimeKind::Entry("datetime"),   // 20
+    TimeKind::Entry("time"),           // 21
+    Scalar("char"),                    // 22
+    StringKind::Entry("string"),       // 23
+    Scalar("boolean"),                 // 24
+    DecimalEntry(),                    // 25
+    IntegerKind::Entry("integer"),     // 26
+    Scalar(nullptr),                   // 27 XmlObject
+    Scalar(nullptr),                   // 28 XmlCollection
 };
 
 constexpr CItemKind kNoKind = Scalar(nullptr);

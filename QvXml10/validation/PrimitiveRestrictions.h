@@ -9,7 +9,7 @@ namespace Internal {
 class CPatternCache;
 class CBoundCache;
 struct CBoundAccess;
-}
+} // namespace Internal
 } // namespace QvXmlLib10
 
 namespace QvXmlLib10 {

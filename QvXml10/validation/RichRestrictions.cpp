@@ -66,7 +66,8 @@ std::shared_ptr<const CBoundCache> ParsedBounds(const CPrimitiveRestrictions& re
     std::shared_ptr<const CBoundCache> cached = std::atomic_load(&slot);
     if (cached && cached->m_kind == kind) {
         bool same = true;
-        for (int facet = 0; facet < 4 && same; ++facet) same = cached->m_texts[facet] == BoundText(restrictions, facet);
+        for (int facet = 0; facet < 4 && same; ++facet)
+            same = cached->m_texts[facet] == BoundText(restrictions, facet);
         if (same) return cached;
     }
     auto fresh = std::make_shared<CBoundCache>();
@@ -89,8 +90,7 @@ std::shared_ptr<const CBoundCache> ParsedBounds(const CPrimitiveRestrictions& re
 // Runs `passes(value, bound, facet)` for each facet that is set, in order, and `reject`
 // at the first that does not pass.
 template <typename T, typename Parse, typename Passes, typename Reject>
-void CheckBounds(const CPrimitiveRestrictions& restrictions, ItemType kind, Parse parse, Passes passes,
-                 Reject reject) {
+void CheckBounds(const CPrimitiveRestrictions& restrictions, ItemType kind, Parse parse, Passes passes, Reject reject) {
     if (restrictions.m_strMinInclusive.empty() && restrictions.m_strMaxInclusive.empty() &&
         restrictions.m_strMinExclusive.empty() && restrictions.m_strMaxExclusive.empty())
         return;

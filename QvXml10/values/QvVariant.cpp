@@ -387,9 +387,7 @@ void QvVariant::SetBoolean(bool value) {
     m_value.boolean = value ? 1 : 0;
 }
 
-void QvVariant::SetString(std::string value) {
-    TakeHeapValue(ItemType_string, new std::string(std::move(value)));
-}
+void QvVariant::SetString(std::string value) { TakeHeapValue(ItemType_string, new std::string(std::move(value))); }
 
 void QvVariant::TakeHeapValue(ItemType kind, void* value) noexcept {
     CHeapValue owner{kind, value};
@@ -398,9 +396,7 @@ void QvVariant::TakeHeapValue(ItemType kind, void* value) noexcept {
     m_value.pHeap = owner.Release();
 }
 
-template <typename T> void QvVariant::SetHeap(ItemType kind, const T& value) {
-    TakeHeapValue(kind, new T(value));
-}
+template <typename T> void QvVariant::SetHeap(ItemType kind, const T& value) { TakeHeapValue(kind, new T(value)); }
 
 template <typename T> T QvVariant::GetHeap() const {
     // A nil variant holds no value and gives the type's zero.
