@@ -130,8 +130,16 @@ TEST(RichKinds, CopiesAreDeepAndBinaryDataIsShared) {
     kinds[9].SetInteger(CBigInteger("-18446744073709551617"));
     const char* const names[] = {"hexBinary", "base64Binary", "duration", "yearMonth", "monthDay",
                                  "date",      "datetime",     "time",     "decimal",   "integer"};
-    const char* const texts[] = {"61",         "YQ==",     "PT1S",     "2001-02", "--02-03", "2001-02-03",
-                                 "2001-02-03T04:05:06", "04:05:06", "-0.5",    "-18446744073709551617"};
+    const char* const texts[] = {"61",
+                                 "YQ==",
+                                 "PT1S",
+                                 "2001-02",
+                                 "--02-03",
+                                 "2001-02-03",
+                                 "2001-02-03T04:05:06",
+                                 "04:05:06",
+                                 "-0.5",
+                                 "-18446744073709551617"};
     for (int i = 0; i < 10; ++i) {
         QvVariant copy(kinds[i]);
         EXPECT_EQ(copy.GetType(), names[i]);
