@@ -47,6 +47,17 @@ void CheckOrdered(T value, const CPrimitiveRestrictions& restrictions, Parse par
 
 } // namespace
 
+// A rich value the variant holds as `type` is checked in place; anything else (another
+// kind, nil) is read through the getter, as the getter would give it.
+template <typename T, typename Check>
+void CXmlObjectHelper::CheckHeld(const QvVariant& value, ItemType type, T (QvVariant::*get)() const, Check check) {
+    const void* const held = value.HeldValue(type);
+    if (held != nullptr)
+        check(*static_cast<const T*>(held));
+    else
+        check((value.*get)());
+}
+
 void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value, ItemType type,
                                         const CPrimitiveRestrictions& restrictions) {
     switch (type) {
@@ -87,19 +98,27 @@ void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value
         CheckRestrictionForboolean(name, value.GetBoolean(), restrictions);
         break;
     case ItemType_hexBinary:
-        CheckRestrictionForhexBinary(name, value.GetHexBinary(), restrictions);
+        CheckHeld<CBinaryData>(value, type, &QvVariant::GetHexBinary, [&](const CBinaryData& held) {
+            CheckRestrictionForhexBinary(name, held, restrictions);
+        });
         break;
     case ItemType_base64Binary:
-        CheckRestrictionForbase64Binary(name, value.GetBase64Binary(), restrictions);
+        CheckHeld<CBinaryData>(value, type, &QvVariant::GetBase64Binary, [&](const CBinaryData& held) {
+            CheckRestrictionForbase64Binary(name, held, restrictions);
+        });
         break;
     case ItemType_duration:
-        CheckRestrictionForduration(name, value.GetDuration(), restrictions);
+        CheckHeld<CDateTimeSpan>(value, type, &QvVariant::GetDuration, [&](const CDateTimeSpan& held) {
+            CheckRestrictionForduration(name, held, restrictions);
+        });
         break;
     case ItemType_yearMonth:
-        CheckRestrictionForyearMonth(name, value.GetYearMonth(), restrictions);
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetYearMonth,
+                             [&](const CDateTime& held) { CheckRestrictionForyearMonth(name, held, restrictions); });
         break;
     case ItemType_monthDay:
-        CheckRestrictionFormonthDay(name, value.GetMonthDay(), restrictions);
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetMonthDay,
+                             [&](const CDateTime& held) { CheckRestrictionFormonthDay(name, held, restrictions); });
         break;
     case ItemType_year:
         CheckRestrictionForyear(name, value.GetYear(), restrictions);
@@ -111,19 +130,24 @@ void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value
         CheckRestrictionForday(name, value.GetDay(), restrictions);
         break;
     case ItemType_date:
-        CheckRestrictionFordate(name, value.GetDate(), restrictions);
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetDate,
+                             [&](const CDateTime& held) { CheckRestrictionFordate(name, held, restrictions); });
         break;
     case ItemType_datetime:
-        CheckRestrictionFordatetime(name, value.GetDateTime(), restrictions);
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetDateTime,
+                             [&](const CDateTime& held) { CheckRestrictionFordatetime(name, held, restrictions); });
         break;
     case ItemType_time:
-        CheckRestrictionFortime(name, value.GetTime(), restrictions);
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetTime,
+                             [&](const CDateTime& held) { CheckRestrictionFortime(name, held, restrictions); });
         break;
     case ItemType_decimal:
-        CheckRestrictionFordecimal(name, value.GetDecimal(), restrictions);
+        CheckHeld<CDecimal>(value, type, &QvVariant::GetDecimal,
+                            [&](const CDecimal& held) { CheckRestrictionFordecimal(name, held, restrictions); });
         break;
     case ItemType_integer:
-        CheckRestrictionForinteger(name, value.GetInteger(), restrictions);
+        CheckHeld<CBigInteger>(value, type, &QvVariant::GetInteger,
+                               [&](const CBigInteger& held) { CheckRestrictionForinteger(name, held, restrictions); });
         break;
     default:
         // GetType throws first for a variant of no primitive kind.

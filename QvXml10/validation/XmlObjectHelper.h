@@ -102,6 +102,10 @@ public:
     // namespaces, the given namespace. A null element never matches.
     static bool DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* element,
                                      const std::string& localName, const std::string& namespaceUri);
+
+private:
+    template <typename T, typename Check>
+    static void CheckHeld(const QvVariant& value, ItemType type, T (QvVariant::*get)() const, Check check);
 };
 
 } // namespace QvXmlLib10

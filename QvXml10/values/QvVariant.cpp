@@ -389,6 +389,8 @@ void QvVariant::SetBoolean(bool value) {
 
 void QvVariant::SetString(std::string value) { TakeHeapValue(ItemType_string, new std::string(std::move(value))); }
 
+bool QvVariant::IsRichKind(ItemType type) { return Internal::IsHeapKind(type); }
+
 void QvVariant::TakeHeapValue(ItemType kind, void* value) noexcept {
     CHeapValue owner{kind, value};
     Clear();

@@ -124,6 +124,14 @@ public:
     ItemType GetItemType() const { return m_eType; }
 
 private:
+    // The facet checks read a held rich value in place instead of through a copy.
+    friend class CXmlObjectHelper;
+    // The owned heap value of `type`, or null unless this variant holds one of that kind.
+    const void* HeldValue(ItemType type) const {
+        return type == m_eType && !m_bNil && (type == ItemType_string || IsRichKind(type)) ? m_value.pHeap : nullptr;
+    }
+    static bool IsRichKind(ItemType type);
+
     // Clear, then the kind and the heap value, which the variant owns from here on.
     void TakeHeapValue(ItemType kind, void* value) noexcept;
     template <typename T> void SetHeap(ItemType kind, const T& value);
