@@ -53,3 +53,5 @@
 #include "collections/XmlCollection.h"
 #include "collections/Element.h"
 #include "collections/AttributeCollections.h"
+#include "collections/TypedCollections.h"
+#include "collections/DateTimeCollections.h"

@@ -32,8 +32,10 @@ CXmlSerializationContext OrderContext() {
     return context;
 }
 
-// An order of about `bytes` bytes of text, built in code: many lines, some with a gift
-// note or a nil one, a card payment and a few open elements and attributes.
+// An order of about `bytes` bytes of text, built in code: many lines with a decimal unit
+// price, some with a gift note or a nil one, a card payment, the order date and delivery
+// window, lists of tags and batch quantities, binary data, a big serial number and a few
+// open elements and attributes.
 CSmartPtr<CPurchaseOrder> BuildOrder(size_t bytes) {
     CSmartPtr<CPurchaseOrder> order(new CPurchaseOrder());
     order->SetId("PO-2026-0042");
@@ -52,8 +54,8 @@ CSmartPtr<CPurchaseOrder> BuildOrder(size_t bytes) {
     address->GetContact()->SetEmail("ada@example.org");
     address->GetContact()->SetPhone("+44 20 7946 0000");
     order->GetPurchaseOrderChoice()->SetShipTo(address);
-    // A line is about 214 bytes of text.
-    const long lines = static_cast<long>(bytes / 214);
+    // A line is about 245 bytes of text, with its share of tags and quantities.
+    const long lines = static_cast<long>(bytes / 245);
     long long total = 0;
     for (long n = 1; n <= lines; ++n) {
         CLine* line = new CLine();
@@ -65,6 +67,7 @@ CSmartPtr<CPurchaseOrder> BuildOrder(size_t bytes) {
         line->SetDescription("Difference engine gears & cams, set number " + std::to_string(n));
         line->SetQuantity(1 + n % 20);
         line->SetUnitPriceCents(125 + n % 997);
+        line->SetUnitPrice(CDecimal(static_cast<int>(125 + n % 997)) / CDecimal(100));
         if (n % 5 == 0) line->SetGiftNote("With best wishes from the analytical engine team");
         if (n % 7 == 0) line->SetGiftNoteNil();
         total += line->GetQuantity() * line->GetUnitPriceCents();
@@ -76,6 +79,17 @@ CSmartPtr<CPurchaseOrder> BuildOrder(size_t bytes) {
     payment->SetCardHolder("A. Lovelace");
     payment->SetLast4("1815");
     order->SetPayment(payment);
+    order->SetOrderDate(CConversions::dateFromString("2026-11-23Z", CWhitespaceUtils::WhitespaceRule_None));
+    order->SetDeliverFrom(
+        CConversions::datetimeFromString("2026-12-01T08:00:00+01:00", CWhitespaceUtils::WhitespaceRule_None));
+    order->SetDeliverWithin(CConversions::durationFromString("P2DT4H", CWhitespaceUtils::WhitespaceRule_None));
+    for (long n = 0; n < lines / 4; ++n) {
+        order->GetTags()->Add("tag-" + std::to_string(n));
+        order->GetBatchQuantities()->Add(1 + n % 9999);
+    }
+    order->SetAttachment(CBinaryData("Order form, scanned"));
+    order->SetChecksum(CConversions::hexBinaryFromString("1C291CA3", CWhitespaceUtils::WhitespaceRule_None));
+    order->SetSerialNumber(CBigInteger("1180591620717411303425"));
     for (int n = 0; n < 3; ++n) {
         const CSmartPtr<CElement> parcel = order->GetAnyElements()->Add("parcel", "urn:example:tracking");
         parcel->SetText(("RM-000-" + std::to_string(1815 + n)).c_str());

@@ -9,7 +9,9 @@
 namespace QvXmlLib10 {
 namespace Internal {
 class CPatternCache;
-}
+class CBoundCache;
+struct CBoundAccess;
+} // namespace Internal
 } // namespace QvXmlLib10
 
 namespace QvXmlLib10 {
@@ -42,9 +44,14 @@ public:
 
 private:
     friend class CXmlObjectHelper;
+    friend struct Internal::CBoundAccess;
     // The pattern compiled by the last check, reused while m_strPattern stays the same.
     // Copies share it; it never changes what a check answers.
     mutable std::shared_ptr<const Internal::CPatternCache> m_pCompiledPattern;
+    // The bounds parsed by the last check of a decimal, integer, date or duration kind,
+    // reused while the kind and the four bound texts stay the same. Shared like the
+    // pattern, and as invisible.
+    mutable std::shared_ptr<const Internal::CBoundCache> m_pParsedBounds;
 };
 
 } // namespace QvXmlLib10

@@ -10,6 +10,10 @@
 #include "foundation/QvException.h"
 #include "validation/RegEx.h"
 #include "values/Conversions.h"
+#include "values/BigInteger.h"
+#include "values/DateTime.h"
+#include "values/DateTimeSpan.h"
+#include "values/Decimal.h"
 #include "values/QvVariant.h"
 
 namespace QvXmlLib10 {
@@ -42,6 +46,17 @@ void CheckOrdered(T value, const CPrimitiveRestrictions& restrictions, Parse par
 }
 
 } // namespace
+
+// A rich value the variant holds as `type` is checked in place; anything else (another
+// kind, nil) is read through the getter, as the getter would give it.
+template <typename T, typename Check>
+void CXmlObjectHelper::CheckHeld(const QvVariant& value, ItemType type, T (QvVariant::*get)() const, Check check) {
+    const void* const held = value.HeldValue(type);
+    if (held != nullptr)
+        check(*static_cast<const T*>(held));
+    else
+        check((value.*get)());
+}
 
 void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value, ItemType type,
                                         const CPrimitiveRestrictions& restrictions) {
@@ -81,6 +96,58 @@ void CXmlObjectHelper::CheckRestriction(const char* name, const QvVariant& value
         break;
     case ItemType_boolean:
         CheckRestrictionForboolean(name, value.GetBoolean(), restrictions);
+        break;
+    case ItemType_hexBinary:
+        CheckHeld<CBinaryData>(value, type, &QvVariant::GetHexBinary, [&](const CBinaryData& held) {
+            CheckRestrictionForhexBinary(name, held, restrictions);
+        });
+        break;
+    case ItemType_base64Binary:
+        CheckHeld<CBinaryData>(value, type, &QvVariant::GetBase64Binary, [&](const CBinaryData& held) {
+            CheckRestrictionForbase64Binary(name, held, restrictions);
+        });
+        break;
+    case ItemType_duration:
+        CheckHeld<CDateTimeSpan>(value, type, &QvVariant::GetDuration, [&](const CDateTimeSpan& held) {
+            CheckRestrictionForduration(name, held, restrictions);
+        });
+        break;
+    case ItemType_yearMonth:
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetYearMonth,
+                             [&](const CDateTime& held) { CheckRestrictionForyearMonth(name, held, restrictions); });
+        break;
+    case ItemType_monthDay:
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetMonthDay,
+                             [&](const CDateTime& held) { CheckRestrictionFormonthDay(name, held, restrictions); });
+        break;
+    case ItemType_year:
+        CheckRestrictionForyear(name, value.GetYear(), restrictions);
+        break;
+    case ItemType_month:
+        CheckRestrictionFormonth(name, value.GetMonth(), restrictions);
+        break;
+    case ItemType_day:
+        CheckRestrictionForday(name, value.GetDay(), restrictions);
+        break;
+    case ItemType_date:
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetDate,
+                             [&](const CDateTime& held) { CheckRestrictionFordate(name, held, restrictions); });
+        break;
+    case ItemType_datetime:
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetDateTime,
+                             [&](const CDateTime& held) { CheckRestrictionFordatetime(name, held, restrictions); });
+        break;
+    case ItemType_time:
+        CheckHeld<CDateTime>(value, type, &QvVariant::GetTime,
+                             [&](const CDateTime& held) { CheckRestrictionFortime(name, held, restrictions); });
+        break;
+    case ItemType_decimal:
+        CheckHeld<CDecimal>(value, type, &QvVariant::GetDecimal,
+                            [&](const CDecimal& held) { CheckRestrictionFordecimal(name, held, restrictions); });
+        break;
+    case ItemType_integer:
+        CheckHeld<CBigInteger>(value, type, &QvVariant::GetInteger,
+                               [&](const CBigInteger& held) { CheckRestrictionForinteger(name, held, restrictions); });
         break;
     default:
         // GetType throws first for a variant of no primitive kind.

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "../foundation/QvExport.h"
 #include "../foundation/QvTypes.h"
 #include "PrimitiveRestrictions.h"
 
@@ -11,6 +12,11 @@ namespace QvXmlLib10 {
 
 class QvVariant;
 class CXmlElement;
+class CBinaryData;
+class CBigInteger;
+class CDecimal;
+class CDateTime;
+class CDateTimeSpan;
 class CXmlSerializationContext;
 
 // Facet checks of primitive values. A check passes or throws; a failed facet is a
@@ -48,8 +54,40 @@ public:
     // Booleans have no facet to check.
     static void CheckRestrictionForboolean(const char* name, bool value, const CPrimitiveRestrictions& restrictions);
 
-    // The binary, date and time, duration, year, month, day, decimal and integer kinds
-    // join here with their value types.
+    // minLength, maxLength and length in bytes. The value is shown in hexadecimal in
+    // both kinds.
+    static void CheckRestrictionForhexBinary(const char* name, const CBinaryData& value,
+                                             const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForbase64Binary(const char* name, const CBinaryData& value,
+                                                const CPrimitiveRestrictions& restrictions);
+    // Partially ordered kinds: an indeterminate comparison passes every facet.
+    static void CheckRestrictionForduration(const char* name, const CDateTimeSpan& value,
+                                            const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForyearMonth(const char* name, const CDateTime& value,
+                                             const CPrimitiveRestrictions& restrictions);
+    // The same as CheckRestrictionForyearMonth.
+    static void CheckRestrictionFormonthYear(const char* name, const CDateTime& value,
+                                             const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFormonthDay(const char* name, const CDateTime& value,
+                                            const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFordate(const char* name, const CDateTime& value,
+                                        const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFordatetime(const char* name, const CDateTime& value,
+                                            const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFortime(const char* name, const CDateTime& value,
+                                        const CPrimitiveRestrictions& restrictions);
+    // Ordered kinds, as the integers above. Bounds of the rich kinds are parsed once per
+    // set of facets and kept with it.
+    static void CheckRestrictionForyear(const char* name, unsigned short value,
+                                        const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFormonth(const char* name, unsigned char value,
+                                         const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForday(const char* name, unsigned char value,
+                                       const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionFordecimal(const char* name, const CDecimal& value,
+                                           const CPrimitiveRestrictions& restrictions);
+    static void CheckRestrictionForinteger(const char* name, const CBigInteger& value,
+                                           const CPrimitiveRestrictions& restrictions);
 
     // ---- Namespace restrictions of wildcards (NamespaceRestrictions.cpp) ----------
 
@@ -66,6 +104,10 @@ public:
     // namespaces, the given namespace. A null element never matches.
     static bool DoesElementNameMatch(const CXmlSerializationContext& context, const CXmlElement* element,
                                      const std::string& localName, const std::string& namespaceUri);
+
+private:
+    template <typename T, typename Check>
+    static void CheckHeld(const QvVariant& value, ItemType type, T (QvVariant::*get)() const, Check check);
 };
 
 } // namespace QvXmlLib10

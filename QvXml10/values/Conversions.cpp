@@ -212,4 +212,107 @@ std::string CConversions::stringFromString(const std::string& text, WhitespaceRu
     return CWhitespaceUtils::ApplyRule(rule, text);
 }
 
+// ---- Kinds built on the rich value types ----------------------------------------
+
+std::string CConversions::integerToString(const CBigInteger& value) { return value.ToString(); }
+
+std::string CConversions::decimalToString(const CDecimal& value, const std::string& format) {
+    return format.empty() ? value.ToString() : value.ToString(std::atoi(format.c_str()));
+}
+
+std::string CConversions::decimalToString(const CDecimal& value) { return value.ToString(); }
+
+std::string CConversions::dateToString(const CDateTime& value) { return value.ToString("s"); }
+
+std::string CConversions::datetimeToString(const CDateTime& value) { return value.ToString("s"); }
+
+std::string CConversions::timeToString(const CDateTime& value) { return value.ToString("s"); }
+
+std::string CConversions::monthDayToString(const CDateTime& value) { return value.ToString("s"); }
+
+std::string CConversions::yearMonthToString(const CDateTime& value) { return value.ToString("s"); }
+
+std::string CConversions::durationToString(const CDateTimeSpan& value) { return value.ToString(); }
+
+std::string CConversions::base64BinaryToString(const CBinaryData& value) { return value.GetAsBase64(); }
+
+std::string CConversions::hexBinaryToString(const CBinaryData& value) { return value.GetAsHexString(); }
+
+namespace {
+
+// A date value of `type`, then parsed by `parse`, which sets the type from the text.
+CDateTime ParseDate(const std::string& text, CWhitespaceUtils::WhitespaceRule rule, CDateTime::DTType type,
+                    void (CDateTime::*parse)(const char*)) {
+    std::string scratch;
+    CDateTime value(type);
+    (value.*parse)(AfterRule(text, rule, scratch).c_str());
+    return value;
+}
+
+} // namespace
+
+CBigInteger CConversions::integerFromString(const std::string& text, WhitespaceRule rule) {
+    std::string scratch;
+    return CBigInteger(AfterRule(text, rule, scratch).c_str());
+}
+
+CDecimal CConversions::decimalFromString(const std::string& text, WhitespaceRule rule) {
+    std::string scratch;
+    return CDecimal(AfterRule(text, rule, scratch).c_str());
+}
+
+CDateTime CConversions::dateFromString(const std::string& text, WhitespaceRule rule) {
+    return ParseDate(text, rule, CDateTime::DTType_date, &CDateTime::ParseXSDDate);
+}
+
+CDateTime CConversions::datetimeFromString(const std::string& text, WhitespaceRule rule) {
+    return ParseDate(text, rule, CDateTime::DTType_dateTime, &CDateTime::ParseXSDDateTime);
+}
+
+CDateTime CConversions::timeFromString(const std::string& text, WhitespaceRule rule) {
+    return ParseDate(text, rule, CDateTime::DTType_time, &CDateTime::ParseXSDTime);
+}
+
+CDateTime CConversions::yearMonthFromString(const std::string& text, WhitespaceRule rule) {
+    return ParseDate(text, rule, CDateTime::DTType_gYearMonth, &CDateTime::ParseXSDDate);
+}
+
+CDateTime CConversions::monthDayFromString(const std::string& text, WhitespaceRule rule) {
+    return ParseDate(text, rule, CDateTime::DTType_gMonthDay, &CDateTime::ParseXSDDate);
+}
+
+CDateTimeSpan CConversions::durationFromString(const std::string& text, WhitespaceRule rule) {
+    std::string scratch;
+    CDateTimeSpan value;
+    value.ParseXSDDuration(AfterRule(text, rule, scratch).c_str());
+    return value;
+}
+
+CBinaryData CConversions::hexBinaryFromString(const std::string& text, WhitespaceRule rule) {
+    std::string scratch;
+    CBinaryData value;
+    value.SetAsHexString(AfterRule(text, rule, scratch).c_str());
+    return value;
+}
+
+CBinaryData CConversions::base64BinaryFromString(const std::string& text, WhitespaceRule rule) {
+    std::string scratch;
+    CBinaryData value;
+    value.SetAsBase64(AfterRule(text, rule, scratch).c_str());
+    return value;
+}
+
+unsigned short CConversions::yearFromString(const std::string& text, WhitespaceRule rule) {
+    return static_cast<unsigned short>(
+        ParseDate(text, rule, CDateTime::DTType_gYear, &CDateTime::ParseXSDDate).GetYear());
+}
+
+unsigned char CConversions::monthFromString(const std::string& text, WhitespaceRule rule) {
+    return ParseDate(text, rule, CDateTime::DTType_gMonth, &CDateTime::ParseXSDDate).GetMonth();
+}
+
+unsigned char CConversions::dayFromString(const std::string& text, WhitespaceRule rule) {
+    return ParseDate(text, rule, CDateTime::DTType_gDay, &CDateTime::ParseXSDDate).GetDay();
+}
+
 } // namespace QvXmlLib10

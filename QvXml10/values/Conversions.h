@@ -4,7 +4,13 @@
 
 #include <string>
 
+#include "../foundation/BinaryData.h"
+#include "../foundation/QvExport.h"
 #include "../validation/WhitespaceUtils.h"
+#include "BigInteger.h"
+#include "DateTime.h"
+#include "DateTimeSpan.h"
+#include "Decimal.h"
 
 namespace QvXmlLib10 {
 
@@ -61,8 +67,38 @@ public:
     static char charFromString(const std::string& text, WhitespaceRule rule);
     static std::string stringFromString(const std::string& text, WhitespaceRule rule);
 
-    // The kinds built on the big-number, date, duration and binary types join here
-    // with those types.
+    // The kinds built on the big-number, date, duration and binary types.
+    static std::string integerToString(const CBigInteger& value);
+    // An empty format prints every digit; otherwise atoi(format) fraction digits.
+    static std::string decimalToString(const CDecimal& value, const std::string& format);
+    static std::string decimalToString(const CDecimal& value);
+    // All five print the value by its own date type, whatever the function's name.
+    static std::string dateToString(const CDateTime& value);
+    static std::string datetimeToString(const CDateTime& value);
+    static std::string timeToString(const CDateTime& value);
+    static std::string monthDayToString(const CDateTime& value);
+    static std::string yearMonthToString(const CDateTime& value);
+    static std::string durationToString(const CDateTimeSpan& value);
+    static std::string base64BinaryToString(const CBinaryData& value);
+    static std::string hexBinaryToString(const CBinaryData& value);
+
+    static CBigInteger integerFromString(const std::string& text, WhitespaceRule rule);
+    static CDecimal decimalFromString(const std::string& text, WhitespaceRule rule);
+    // The date parsers take their date type from the shape of the text: dateFromString
+    // of "2000-05" gives a gYearMonth value.
+    static CDateTime dateFromString(const std::string& text, WhitespaceRule rule);
+    static CDateTime datetimeFromString(const std::string& text, WhitespaceRule rule);
+    static CDateTime timeFromString(const std::string& text, WhitespaceRule rule);
+    static CDateTime yearMonthFromString(const std::string& text, WhitespaceRule rule);
+    static CDateTime monthDayFromString(const std::string& text, WhitespaceRule rule);
+    static CDateTimeSpan durationFromString(const std::string& text, WhitespaceRule rule);
+    static CBinaryData hexBinaryFromString(const std::string& text, WhitespaceRule rule);
+    static CBinaryData base64BinaryFromString(const std::string& text, WhitespaceRule rule);
+    // Parsed as dates; only the getter of the field checks the date type. A negative
+    // year is cut to 16 bits.
+    static unsigned short yearFromString(const std::string& text, WhitespaceRule rule);
+    static unsigned char monthFromString(const std::string& text, WhitespaceRule rule);
+    static unsigned char dayFromString(const std::string& text, WhitespaceRule rule);
 };
 
 } // namespace QvXmlLib10

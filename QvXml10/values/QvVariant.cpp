@@ -1,24 +1,40 @@
 #include "values/QvVariant.h"
 
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "binding/XmlObjectBase.h"
 #include "collections/XmlCollection.h"
+#include "foundation/BinaryData.h"
 #include "foundation/QvException.h"
+#include "internal/ItemKinds.h"
+#include "values/BigInteger.h"
 #include "values/Conversions.h"
+#include "values/DateTime.h"
+#include "values/DateTimeSpan.h"
+#include "values/Decimal.h"
 
 namespace QvXmlLib10 {
 
 namespace {
 
-// Names of the kinds 1 to 26, indexed by kind.
-const char* const kTypeNames[] = {nullptr,     "hexBinary", "base64Binary", "i1",      "i2",      "i4",     "i8",
-                                  "ui1",       "ui2",       "ui4",          "ui8",     "r4",      "r8",     "duration",
-                                  "yearMonth", "monthDay",  "year",         "month",   "day",     "date",   "datetime",
-                                  "time",      "char",      "string",       "boolean", "decimal", "integer"};
+using Internal::GetItemKind;
+using Internal::IsPrimitiveKind;
 
-bool IsPrimitiveKind(ItemType type) { return type >= ItemType_hexBinary && type <= ItemType_integer; }
+// Frees a heap value of `kind` when the owner goes out of scope without handing it on.
+struct CHeapValue {
+    ItemType kind;
+    void* value;
+    ~CHeapValue() {
+        if (value != nullptr) GetItemKind(kind).m_destroy(value);
+    }
+    void* Release() {
+        void* const result = value;
+        value = nullptr;
+        return result;
+    }
+};
 
 [[noreturn]] void ThrowNotConvertible(ItemType kind) {
     throw CQvException(FormatString("Invalid Type %d to convert to string", static_cast<int>(kind)));
@@ -42,12 +58,13 @@ QvVariant& QvVariant::operator=(const QvVariant& other) {
     const ItemType kind = other.m_eType;
     const bool nil = other.m_bNil;
     const Value word = other.m_value;
-    std::unique_ptr<std::string> text;
+    const bool heap = Internal::IsHeapKind(kind);
+    CHeapValue copy{kind, nullptr};
     CSmartPtr<CXmlObjectBase> object;
     CSmartPtr<CXmlCollectionBase> collection;
     if (!nil) {
-        if (other.m_eType == ItemType_string && other.m_value.pString != nullptr)
-            text = std::make_unique<std::string>(*other.m_value.pString);
+        if (heap && word.pHeap != nullptr)
+            copy.value = GetItemKind(kind).m_clone(word.pHeap);
         else if (other.m_eType == ItemType_XmlObject)
             object = word.pXmlObject;
         else if (other.m_eType == ItemType_XmlCollection)
@@ -59,8 +76,8 @@ QvVariant& QvVariant::operator=(const QvVariant& other) {
     m_bNil = nil;
 
     // Heap kinds take what was prepared above: nothing when the source is nil.
-    if (kind == ItemType_string) {
-        m_value.pString = text.release();
+    if (heap) {
+        m_value.pHeap = copy.Release();
         return *this;
     }
     if (kind == ItemType_XmlObject) {
@@ -138,11 +155,13 @@ void QvVariant::Clear() {
     m_bNil = false;
     const ItemType kind = m_eType;
     m_eType = ItemType_Invalid;
+    if (Internal::IsHeapKind(kind)) {
+        void* const value = m_value.pHeap;
+        m_value.pHeap = nullptr;
+        if (value != nullptr) GetItemKind(kind).m_destroy(value);
+        return;
+    }
     switch (kind) {
-    case ItemType_string:
-        delete m_value.pString;
-        m_value.pString = nullptr;
-        break;
     case ItemType_XmlObject: {
         // The variant is empty before Release runs any destructor.
         CXmlObjectBase* const object = m_value.pXmlObject;
@@ -176,7 +195,7 @@ void QvVariant::SetInvalid() {
 
 std::string QvVariant::GetType() const {
     if (!IsPrimitiveKind(m_eType)) throw CQvException(FormatString("Invalid Type %d", static_cast<int>(m_eType)));
-    return kTypeNames[m_eType];
+    return GetItemKind(m_eType).m_name;
 }
 
 std::string QvVariant::ToString(const char* format) const {
@@ -209,13 +228,16 @@ std::string QvVariant::ToString(const char* format) const {
         return CConversions::dayToString(m_value.day);
     case ItemType_char:
         return CConversions::charToString(m_value.ch);
-    case ItemType_string:
-        return m_value.pString != nullptr ? *m_value.pString : std::string();
     case ItemType_boolean:
         return CConversions::booleanToString(m_value.boolean != 0);
     default:
-        ThrowNotConvertible(m_eType);
+        break;
     }
+    const Internal::CItemKind& kind = GetItemKind(m_eType);
+    if (!IsPrimitiveKind(m_eType) || kind.m_toString == nullptr) ThrowNotConvertible(m_eType);
+    // A heap kind that holds nothing (a nil value) prints as empty text.
+    if (m_value.pHeap == nullptr) return std::string();
+    return kind.m_toString(m_value.pHeap, format != nullptr ? std::string(format) : std::string());
 }
 
 void QvVariant::FromString(const std::string& text, ItemType type, CWhitespaceUtils::WhitespaceRule rule) {
@@ -254,15 +276,24 @@ void QvVariant::FromString(const std::string& text, ItemType type, CWhitespaceUt
     case ItemType_char:
         SetChar(CConversions::charFromString(text, rule));
         break;
-    case ItemType_string:
-        SetString(CConversions::stringFromString(text, rule));
-        break;
     case ItemType_boolean:
         SetBoolean(CConversions::booleanFromString(text, rule));
         break;
-    default:
+    case ItemType_year:
+        SetYear(CConversions::yearFromString(text, rule));
+        break;
+    case ItemType_month:
+        SetMonth(CConversions::monthFromString(text, rule));
+        break;
+    case ItemType_day:
+        SetDay(CConversions::dayFromString(text, rule));
+        break;
+    default: {
+        const Internal::CItemKind& kind = GetItemKind(type);
         // The message names the present kind, not the one asked for.
-        ThrowNotConvertible(m_eType);
+        if (!IsPrimitiveKind(type) || kind.m_fromString == nullptr) ThrowNotConvertible(m_eType);
+        TakeHeapValue(type, kind.m_fromString(text, rule));
+    }
     }
 }
 
@@ -356,12 +387,69 @@ void QvVariant::SetBoolean(bool value) {
     m_value.boolean = value ? 1 : 0;
 }
 
-void QvVariant::SetString(std::string value) {
-    auto copy = std::make_unique<std::string>(std::move(value));
+void QvVariant::SetString(std::string value) { TakeHeapValue(ItemType_string, new std::string(std::move(value))); }
+
+bool QvVariant::IsRichKind(ItemType type) { return Internal::IsHeapKind(type); }
+
+void QvVariant::TakeHeapValue(ItemType kind, void* value) noexcept {
+    CHeapValue owner{kind, value};
     Clear();
-    m_eType = ItemType_string;
-    m_value.pString = copy.release();
+    m_eType = kind;
+    m_value.pHeap = owner.Release();
 }
+
+template <typename T> void QvVariant::SetHeap(ItemType kind, const T& value) { TakeHeapValue(kind, new T(value)); }
+
+template <typename T> T QvVariant::GetHeap() const {
+    // A nil variant holds no value and gives the type's zero.
+    if (m_value.pHeap == nullptr) {
+        if constexpr (std::is_same_v<T, CBigInteger>)
+            return T(0);
+        else
+            return T();
+    }
+    return *static_cast<const T*>(m_value.pHeap);
+}
+
+void QvVariant::SetHexBinary(const CBinaryData& value) { SetHeap(ItemType_hexBinary, value); }
+
+void QvVariant::SetBase64Binary(const CBinaryData& value) { SetHeap(ItemType_base64Binary, value); }
+
+void QvVariant::SetDuration(const CDateTimeSpan& value) { SetHeap(ItemType_duration, value); }
+
+void QvVariant::SetYearMonth(const CDateTime& value) { SetHeap(ItemType_yearMonth, value); }
+
+void QvVariant::SetMonthDay(const CDateTime& value) { SetHeap(ItemType_monthDay, value); }
+
+void QvVariant::SetDate(const CDateTime& value) { SetHeap(ItemType_date, value); }
+
+void QvVariant::SetDateTime(const CDateTime& value) { SetHeap(ItemType_datetime, value); }
+
+void QvVariant::SetTime(const CDateTime& value) { SetHeap(ItemType_time, value); }
+
+void QvVariant::SetDecimal(const CDecimal& value) { SetHeap(ItemType_decimal, value); }
+
+void QvVariant::SetInteger(const CBigInteger& value) { SetHeap(ItemType_integer, value); }
+
+CBinaryData QvVariant::GetHexBinary() const { return GetHeap<CBinaryData>(); }
+
+CBinaryData QvVariant::GetBase64Binary() const { return GetHeap<CBinaryData>(); }
+
+CDateTimeSpan QvVariant::GetDuration() const { return GetHeap<CDateTimeSpan>(); }
+
+CDateTime QvVariant::GetYearMonth() const { return GetHeap<CDateTime>(); }
+
+CDateTime QvVariant::GetMonthDay() const { return GetHeap<CDateTime>(); }
+
+CDateTime QvVariant::GetDate() const { return GetHeap<CDateTime>(); }
+
+CDateTime QvVariant::GetDateTime() const { return GetHeap<CDateTime>(); }
+
+CDateTime QvVariant::GetTime() const { return GetHeap<CDateTime>(); }
+
+CDecimal QvVariant::GetDecimal() const { return GetHeap<CDecimal>(); }
+
+CBigInteger QvVariant::GetInteger() const { return GetHeap<CBigInteger>(); }
 
 void QvVariant::SetXmlObject(CXmlObjectBase* value) {
     // The new reference is taken first, so setting the object already held cannot
@@ -409,7 +497,7 @@ char QvVariant::GetChar() const { return m_value.ch; }
 
 bool QvVariant::GetBoolean() const { return m_value.boolean != 0; }
 
-std::string QvVariant::GetString() const { return m_value.pString != nullptr ? *m_value.pString : std::string(); }
+std::string QvVariant::GetString() const { return GetHeap<std::string>(); }
 
 CSmartPtr<CXmlObjectBase> QvVariant::GetXmlObject() const { return CSmartPtr<CXmlObjectBase>(m_value.pXmlObject); }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "../binding/SmartPtr.h"
+#include "../foundation/QvExport.h"
 #include "../foundation/QvTypes.h"
 #include "../validation/WhitespaceUtils.h"
 
@@ -12,11 +13,17 @@ namespace QvXmlLib10 {
 
 class CXmlObjectBase;
 class CXmlCollectionBase;
+class CBinaryData;
+class CBigInteger;
+class CDecimal;
+class CDateTime;
+class CDateTimeSpan;
 
 // The tagged value through which properties travel: one value of one ItemType, or a
 // nil marker (which still tells the kind that is missing), or nothing.
 //
-// Scalars live in the value word itself; a string is one owned heap copy; an object is
+// Scalars live in the value word itself; a string and each rich value (binary data,
+// duration, the five date kinds, decimal, integer) is one owned heap copy; an object is
 // shared and counted through AddRef and Release. Copies are deep for owned values and
 // shared for objects. The getters check nothing: reading another kind than the one
 // stored gives the bits of the value word, so callers look at IsNil and the kind first.
@@ -43,7 +50,7 @@ public:
     // and for the object kinds.
     std::string GetType() const;
     // The value as text. Only r4 and r8 use `format` (a printf format, null or empty for
-    // the default). The nil flag is not looked at.
+    // the default) and decimal (a count of fraction digits). The nil flag is not looked at.
     std::string ToString(const char* format = nullptr) const;
     // Parses `text` as `type` and stores it, so the variant takes that kind. On failure
     // the variant keeps its value.
@@ -66,6 +73,18 @@ public:
     void SetChar(char value);
     void SetBoolean(bool value);
     void SetString(std::string value);
+    // The rich kinds store a copy of the value as it comes; the date kinds do not compare
+    // the kind with the value's own date type.
+    void SetHexBinary(const CBinaryData& value);
+    void SetBase64Binary(const CBinaryData& value);
+    void SetDuration(const CDateTimeSpan& value);
+    void SetYearMonth(const CDateTime& value);
+    void SetMonthDay(const CDateTime& value);
+    void SetDate(const CDateTime& value);
+    void SetDateTime(const CDateTime& value);
+    void SetTime(const CDateTime& value);
+    void SetDecimal(const CDecimal& value);
+    void SetInteger(const CBigInteger& value);
     // Takes a reference on the object (none for null) and gives it back in Clear.
     void SetXmlObject(CXmlObjectBase* value);
     // The same for a collection.
@@ -88,6 +107,17 @@ public:
     bool GetBoolean() const;
     // A copy; empty when no string is held.
     std::string GetString() const;
+    // Copies of the rich value held; a default value when none is held.
+    CBinaryData GetHexBinary() const;
+    CBinaryData GetBase64Binary() const;
+    CDateTimeSpan GetDuration() const;
+    CDateTime GetYearMonth() const;
+    CDateTime GetMonthDay() const;
+    CDateTime GetDate() const;
+    CDateTime GetDateTime() const;
+    CDateTime GetTime() const;
+    CDecimal GetDecimal() const;
+    CBigInteger GetInteger() const;
     // A pointer with a reference of its own.
     CSmartPtr<CXmlObjectBase> GetXmlObject() const;
     CSmartPtr<CXmlCollectionBase> GetXmlCollection() const;
@@ -96,9 +126,21 @@ public:
     ItemType GetItemType() const { return m_eType; }
 
 private:
-    // Scalars sit at the low end of the 64-bit word. The binary, date and time,
-    // duration, decimal and big integer kinds will keep a pointer to an owned copy
-    // here, and collections a counted pointer, next to the string and the object.
+    // The facet checks read a held rich value in place instead of through a copy.
+    friend class CXmlObjectHelper;
+    // The owned heap value of `type`, or null unless this variant holds one of that kind.
+    const void* HeldValue(ItemType type) const {
+        return type == m_eType && !m_bNil && (type == ItemType_string || IsRichKind(type)) ? m_value.pHeap : nullptr;
+    }
+    static bool IsRichKind(ItemType type);
+
+    // Clear, then the kind and the heap value, which the variant owns from here on.
+    void TakeHeapValue(ItemType kind, void* value) noexcept;
+    template <typename T> void SetHeap(ItemType kind, const T& value);
+    template <typename T> T GetHeap() const;
+
+    // Scalars sit at the low end of the 64-bit word. A string or rich value is an owned
+    // heap object of the type its kind names; objects and collections are counted.
     union Value {
         char i1;
         short i2;
@@ -115,7 +157,7 @@ private:
         unsigned char day;
         char ch;
         unsigned char boolean;
-        std::string* pString;               // owned
+        void* pHeap;                        // owned; the type follows from the kind
         CXmlObjectBase* pXmlObject;         // one counted reference
         CXmlCollectionBase* pXmlCollection; // one counted reference
     };

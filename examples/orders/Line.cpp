@@ -49,6 +49,9 @@ void CLine::AccessProperty(int propertyIndex, bool read, QvVariant& value) {
     case Property_unitPriceCents:
         AccessValue(read, value, m_unitPriceCents);
         break;
+    case Property_unitPrice:
+        AccessOptional(read, value, m_unitPrice, &QvVariant::SetDecimal, &QvVariant::GetDecimal);
+        break;
     case Property_giftNote:
         if (read) {
             if (m_giftNoteIsNil)
@@ -74,6 +77,7 @@ void CLine::Init() {
     m_description.clear();
     m_quantity = 0;
     m_unitPriceCents = 0;
+    m_unitPrice.reset();
     RemoveGiftNote();
 }
 
@@ -92,6 +96,9 @@ void CLine::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& elements,
                                    CPrimitiveRestrictions(nullptr, -1, -1, "1", "9999", nullptr, nullptr, -1)),
         new CElementInfoSeqPrimMnd("unitPriceCents", TARGET_NAMESPACE, Property_unitPriceCents, false, ItemType_i8,
                                    nullptr, CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions()),
+        new CElementInfoSeqPrimOpt("unitPrice", TARGET_NAMESPACE, Property_unitPrice, false, ItemType_decimal, "2",
+                                   CWhitespaceUtils::WhitespaceRule_Collapse,
+                                   CPrimitiveRestrictions(nullptr, -1, -1, nullptr, "1000000", "0", nullptr, -1)),
         new CElementInfoSeqPrimOpt("giftNote", TARGET_NAMESPACE, Property_giftNote, true, ItemType_string, nullptr,
                                    CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
     });

@@ -10,6 +10,7 @@
 #include "OrdersCommon.h"
 #include <QvXml10/binding/SmartPtr.h>
 #include <QvXml10/collections/XmlCollection.h>
+#include <QvXml10/values/Decimal.h>
 
 namespace PurchaseOrders {
 
@@ -37,6 +38,10 @@ public:
     void SetUnitPriceCents(long long value) { m_unitPriceCents = value; }
 
     // The gift note is absent, nil, or a text.
+    // The unit price as an exact decimal, above 0 and at most 1000000; optional.
+    const std::optional<QvXmlLib10::CDecimal>& GetUnitPrice() const { return m_unitPrice; }
+    void SetUnitPrice(const std::optional<QvXmlLib10::CDecimal>& value) { m_unitPrice = value; }
+
     bool HasGiftNote() const { return m_giftNoteIsNil || m_giftNote.has_value(); }
     bool IsGiftNoteNil() const { return m_giftNoteIsNil; }
     const std::string& GetGiftNote() const;
@@ -61,6 +66,7 @@ private:
         Property_description,
         Property_quantity,
         Property_unitPriceCents,
+        Property_unitPrice,
         Property_giftNote,
         Property_number
     };
@@ -75,6 +81,7 @@ private:
     std::string m_description;
     long m_quantity = 0;
     long long m_unitPriceCents = 0;
+    std::optional<QvXmlLib10::CDecimal> m_unitPrice;
     std::optional<std::string> m_giftNote;
     bool m_giftNoteIsNil = false;
 };

@@ -111,6 +111,19 @@ template <typename T> void AccessValue(bool read, QvXmlLib10::QvVariant& value, 
     }
 }
 
+// An optional value of a rich kind, stored through the variant's setter and getter of
+// that kind (for example SetDate and GetDate for an xs:date).
+template <typename T, typename Set, typename Get>
+void AccessOptional(bool read, QvXmlLib10::QvVariant& value, std::optional<T>& member, Set set, Get get) {
+    if (read) {
+        if (member) (value.*set)(*member);
+    } else if (!value.IsValid() || value.IsNil()) {
+        member.reset();
+    } else {
+        member = (value.*get)();
+    }
+}
+
 // Throws CQvInvalidStateException: the optional property has no value.
 [[noreturn]] void ThrowNoValue(const char* className, const char* propertyName);
 

@@ -111,6 +111,10 @@ CClassTables CPurchaseOrder::s_tables;
 CPurchaseOrder::CPurchaseOrder()
     : m_anyAttributes(new CAttributeCol("", "##other", TARGET_NAMESPACE)), m_businessDocument(new CBusinessDocument()),
       m_customer(new CCustomer()), m_purchaseOrderChoice(new CPurchaseOrderChoice()), m_lines(new CLineCol()),
+      m_tags(new CstringCol("tag", TARGET_NAMESPACE, 0, -1, nullptr, -1, -1, nullptr, nullptr, nullptr, nullptr, -1,
+                            CWhitespaceUtils::WhitespaceRule_Collapse, nullptr)),
+      m_batchQuantities(new Ci4Col("batchQuantity", TARGET_NAMESPACE, 0, -1, nullptr, -1, -1, "1", "9999", nullptr,
+                                   nullptr, -1, CWhitespaceUtils::WhitespaceRule_Collapse, nullptr)),
       m_anyElements(new CElementCol("", "##other", TARGET_NAMESPACE, 0, -1)) {
     SetElementName("purchaseOrder");
 }
@@ -177,6 +181,30 @@ void CPurchaseOrder::AccessProperty(int propertyIndex, bool read, QvVariant& val
         else
             SetPayment(ObjectAs<CPayment>(value, "payment"));
         break;
+    case Property_orderDate:
+        AccessOptional(read, value, m_orderDate, &QvVariant::SetDate, &QvVariant::GetDate);
+        break;
+    case Property_deliverFrom:
+        AccessOptional(read, value, m_deliverFrom, &QvVariant::SetDateTime, &QvVariant::GetDateTime);
+        break;
+    case Property_deliverWithin:
+        AccessOptional(read, value, m_deliverWithin, &QvVariant::SetDuration, &QvVariant::GetDuration);
+        break;
+    case Property_tag:
+        if (read) value.SetXmlCollection(m_tags.Get());
+        break;
+    case Property_batchQuantity:
+        if (read) value.SetXmlCollection(m_batchQuantities.Get());
+        break;
+    case Property_attachment:
+        AccessOptional(read, value, m_attachment, &QvVariant::SetBase64Binary, &QvVariant::GetBase64Binary);
+        break;
+    case Property_checksum:
+        AccessOptional(read, value, m_checksum, &QvVariant::SetHexBinary, &QvVariant::GetHexBinary);
+        break;
+    case Property_serialNumber:
+        AccessOptional(read, value, m_serialNumber, &QvVariant::SetInteger, &QvVariant::GetInteger);
+        break;
     case Property_AnyElement:
         if (read) value.SetXmlCollection(m_anyElements.Get());
         break;
@@ -222,6 +250,14 @@ void CPurchaseOrder::Init() {
     m_comment.clear();
     m_commentIsNil = false;
     m_payment = nullptr;
+    m_orderDate.reset();
+    m_deliverFrom.reset();
+    m_deliverWithin.reset();
+    m_tags->Clear();
+    m_batchQuantities->Clear();
+    m_attachment.reset();
+    m_checksum.reset();
+    m_serialNumber.reset();
     m_anyElements->Clear();
 }
 
@@ -243,6 +279,22 @@ void CPurchaseOrder::BuildMetaData(CParentElementInfo*& parent, CElementInfo**& 
                                    CWhitespaceUtils::WhitespaceRule_Preserve, CPrimitiveRestrictions()),
         new CElementInfoSeqAbsClsMnd("payment", TARGET_NAMESPACE, Property_payment, XmlElementType_Element,
                                      CClassFactory::CreatePayment),
+        new CElementInfoSeqPrimOpt("orderDate", TARGET_NAMESPACE, Property_orderDate, false, ItemType_date, nullptr,
+                                   CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions()),
+        new CElementInfoSeqPrimOpt("deliverFrom", TARGET_NAMESPACE, Property_deliverFrom, false, ItemType_datetime,
+                                   nullptr, CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions()),
+        new CElementInfoSeqPrimOpt("deliverWithin", TARGET_NAMESPACE, Property_deliverWithin, false, ItemType_duration,
+                                   nullptr, CWhitespaceUtils::WhitespaceRule_Collapse,
+                                   CPrimitiveRestrictions(nullptr, -1, -1, "P1D", nullptr, nullptr, nullptr, -1)),
+        new CElementInfoSeqPrimCol("tag", TARGET_NAMESPACE, Property_tag),
+        new CElementInfoSeqPrimCol("batchQuantity", TARGET_NAMESPACE, Property_batchQuantity),
+        new CElementInfoSeqPrimOpt("attachment", TARGET_NAMESPACE, Property_attachment, false, ItemType_base64Binary,
+                                   nullptr, CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions()),
+        new CElementInfoSeqPrimOpt("checksum", TARGET_NAMESPACE, Property_checksum, false, ItemType_hexBinary, nullptr,
+                                   CWhitespaceUtils::WhitespaceRule_Collapse,
+                                   CPrimitiveRestrictions(nullptr, -1, -1, nullptr, nullptr, nullptr, nullptr, 4)),
+        new CElementInfoSeqPrimOpt("serialNumber", TARGET_NAMESPACE, Property_serialNumber, false, ItemType_integer,
+                                   nullptr, CWhitespaceUtils::WhitespaceRule_Collapse, CPrimitiveRestrictions()),
         new CElementInfoSeqUntpdCol("AnyElement", "", Property_AnyElement),
     });
     attributes = MakeTable<CAttributeInfo>({

@@ -23,6 +23,8 @@
 #include "Payment.h"
 #include <QvXml10/binding/SmartPtr.h>
 #include <QvXml10/collections/AttributeCollections.h>
+#include <QvXml10/collections/TypedCollections.h>
+#include <QvXml10/values/DateTime.h>
 
 namespace PurchaseOrders {
 
@@ -117,6 +119,27 @@ public:
     // Not null; the payment must stand under the element name "payment".
     void SetPayment(CPayment* value);
 
+    // When the order was placed, and the delivery window: from a moment, within a span.
+    const std::optional<QvXmlLib10::CDateTime>& GetOrderDate() const { return m_orderDate; }
+    void SetOrderDate(const std::optional<QvXmlLib10::CDateTime>& value) { m_orderDate = value; }
+    const std::optional<QvXmlLib10::CDateTime>& GetDeliverFrom() const { return m_deliverFrom; }
+    void SetDeliverFrom(const std::optional<QvXmlLib10::CDateTime>& value) { m_deliverFrom = value; }
+    const std::optional<QvXmlLib10::CDateTimeSpan>& GetDeliverWithin() const { return m_deliverWithin; }
+    void SetDeliverWithin(const std::optional<QvXmlLib10::CDateTimeSpan>& value) { m_deliverWithin = value; }
+
+    // Free tags, and the quantities of partial deliveries (each 1 to 9999).
+    QvXmlLib10::CstringCol* GetTags() const { return m_tags.Get(); }
+    QvXmlLib10::Ci4Col* GetBatchQuantities() const { return m_batchQuantities.Get(); }
+
+    // A scanned order form, its CRC-32 in hexadecimal, and the order's serial number,
+    // which needs more than 64 bits.
+    const std::optional<QvXmlLib10::CBinaryData>& GetAttachment() const { return m_attachment; }
+    void SetAttachment(const std::optional<QvXmlLib10::CBinaryData>& value) { m_attachment = value; }
+    const std::optional<QvXmlLib10::CBinaryData>& GetChecksum() const { return m_checksum; }
+    void SetChecksum(const std::optional<QvXmlLib10::CBinaryData>& value) { m_checksum = value; }
+    const std::optional<QvXmlLib10::CBigInteger>& GetSerialNumber() const { return m_serialNumber; }
+    void SetSerialNumber(const std::optional<QvXmlLib10::CBigInteger>& value) { m_serialNumber = value; }
+
     // Elements of other namespaces behind the payment.
     QvXmlLib10::CElementCol* GetAnyElements() const { return m_anyElements.Get(); }
 
@@ -139,6 +162,14 @@ private:
         Property_line,
         Property_comment,
         Property_payment,
+        Property_orderDate,
+        Property_deliverFrom,
+        Property_deliverWithin,
+        Property_tag,
+        Property_batchQuantity,
+        Property_attachment,
+        Property_checksum,
+        Property_serialNumber,
         Property_AnyElement,
         Property_version,
         Property_id,
@@ -165,6 +196,14 @@ private:
     std::string m_comment;
     bool m_commentIsNil = false;
     QvXmlLib10::CSmartPtr<CPayment> m_payment;
+    std::optional<QvXmlLib10::CDateTime> m_orderDate;
+    std::optional<QvXmlLib10::CDateTime> m_deliverFrom;
+    std::optional<QvXmlLib10::CDateTimeSpan> m_deliverWithin;
+    QvXmlLib10::CSmartPtr<QvXmlLib10::CstringCol> m_tags;
+    QvXmlLib10::CSmartPtr<QvXmlLib10::Ci4Col> m_batchQuantities;
+    std::optional<QvXmlLib10::CBinaryData> m_attachment;
+    std::optional<QvXmlLib10::CBinaryData> m_checksum;
+    std::optional<QvXmlLib10::CBigInteger> m_serialNumber;
     QvXmlLib10::CSmartPtr<QvXmlLib10::CElementCol> m_anyElements;
 };
 

@@ -198,7 +198,7 @@ TEST_F(VariantTest, FromStringReplacesOnlyOnSuccess) {
 
     // A kind without a conversion is refused in the words of the present kind.
     v.SetI4(7);
-    for (ItemType refused : {ItemType_Invalid, ItemType_decimal, ItemType_XmlObject, static_cast<ItemType>(99)}) {
+    for (ItemType refused : {ItemType_Invalid, ItemType_XmlObject, static_cast<ItemType>(99)}) {
         EXPECT_EQ("Invalid Type 5 to convert to string", FailureOf([&] { v.FromString("1", refused, Collapse); }));
         EXPECT_EQ(7, v.GetI4());
     }
