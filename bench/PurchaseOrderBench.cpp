@@ -81,7 +81,7 @@ CSmartPtr<CPurchaseOrder> BuildOrder(size_t bytes) {
     order->SetPayment(payment);
     order->SetOrderDate(CConversions::dateFromString("2026-11-23Z", CWhitespaceUtils::WhitespaceRule_None));
     order->SetDeliverFrom(
-        CConversions::datetimeFromString("2026-12-01T08:00:00+01:00", CWhitespaceUtils::WhitespaceRule_None));
+        CConversions::datetimeFromString("2026-12-01T08:00:00-05:00", CWhitespaceUtils::WhitespaceRule_None));
     order->SetDeliverWithin(CConversions::durationFromString("P2DT4H", CWhitespaceUtils::WhitespaceRule_None));
     for (long n = 0; n < lines / 4; ++n) {
         order->GetTags()->Add("tag-" + std::to_string(n));

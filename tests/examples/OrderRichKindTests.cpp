@@ -29,7 +29,7 @@ TEST_F(OrderRichKindTest, SampleValuesArriveInTheirTypes) {
     EXPECT_EQ(order.GetLines()->Item(0)->GetUnitPrice()->ToString(), "12.5");
     EXPECT_FALSE(order.GetLines()->Item(1)->GetUnitPrice().has_value());
     EXPECT_EQ(order.GetOrderDate()->GetType(), CDateTime::DTType_date);
-    EXPECT_EQ(order.GetDeliverFrom()->GetZoneHour(), 1);
+    EXPECT_EQ(order.GetDeliverFrom()->GetZoneHour(), -5);
     EXPECT_EQ(order.GetDeliverWithin()->GetHours(), 4ul);
     ASSERT_EQ(order.GetTags()->GetCount(), 2);
     EXPECT_EQ(order.GetTags()->Item(1), "gift");

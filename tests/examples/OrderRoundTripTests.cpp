@@ -49,7 +49,7 @@ const char SAMPLE_WRITTEN[] =
     "\t\t<AA:last4>1815</AA:last4>\n"
     "\t</AA:payment>\n"
     "\t<AA:orderDate>2026-11-23Z</AA:orderDate>\n"
-    "\t<AA:deliverFrom>2026-12-01T08:00:00+01:00</AA:deliverFrom>\n"
+    "\t<AA:deliverFrom>2026-12-01T08:00:00-05:00</AA:deliverFrom>\n"
     "\t<AA:deliverWithin>P2DT4H</AA:deliverWithin>\n"
     "\t<AA:tag>engines</AA:tag>\n"
     "\t<AA:tag>gift</AA:tag>\n"
