@@ -96,9 +96,7 @@ TEST_F(Interop, NamespacesDeepNestingDeclarationsAndNonAsciiText) {
     for (int i = 0; i < depth; ++i)
         deep += " >";
     files.emplace_back("deep.fi", Document(CFastInfosetContext(), deep));
-    for (int d = 1; d <= 9; ++d)
-        files.emplace_back("declaration" + std::to_string(d) + ".fi",
-                           Document(CFastInfosetContext(), "<a >", static_cast<FInfoDecl>(d)));
+    files.emplace_back("declaration.fi", Document(CFastInfosetContext(), "<a >", FInfoDecl(9)));
 
     // The nil and type attributes are written through the writer's own operations.
     CBinaryStream stream;
@@ -123,8 +121,7 @@ TEST_F(Interop, NamespacesDeepNestingDeclarationsAndNonAsciiText) {
     expected += "text \"deep\"\n";
     for (int i = depth; i-- > 0;)
         expected += "end {}e" + std::to_string(i % 7) + "\n";
-    for (int d = 1; d <= 9; ++d)
-        expected += "== declaration" + std::to_string(d) + ".fi\nstart {}a\nend {}a\n";
+    expected += "== declaration.fi\nstart {}a\nend {}a\n";
     expected += "== xsi.fi\nstart {}a\nattr {http://www.w3.org/2001/XMLSchema-instance}xsi:type=\"T\"\n"
                 "attr {http://www.w3.org/2001/XMLSchema-instance}xsi:nil=\"true\"\nend {}a\n";
     EXPECT_EQ(expected, FiTest::JavaDump(files));
