@@ -18,6 +18,11 @@ namespace {
 constexpr unsigned char kTerminator = 0xF0;
 constexpr unsigned char kDoubleTerminator = 0xFF;
 
+// Equal strings, compared inline: names and namespaces are short.
+bool Same(const std::string& a, const std::string& b) {
+    return a.size() == b.size() && Internal::SameBytes(a.data(), b.data(), a.size());
+}
+
 } // namespace
 
 class CFastInfosetWriter::CIndexTable {
@@ -65,10 +70,11 @@ private:
 
 class CFastInfosetWriter::CNameTable {
 public:
+    // Over the local name and the lengths of the other parts: names that differ only in
+    // their namespace or prefix are rare, and Find compares all three parts anyway.
     static size_t Hash(const std::string& prefix, const std::string& namespaceUri, const std::string& localName) {
-        const size_t inner = Internal::HashBytes(prefix.data(), prefix.size());
         return Internal::HashBytes(localName.data(), localName.size(),
-                                   Internal::HashBytes(namespaceUri.data(), namespaceUri.size(), inner));
+                                   Internal::kHashSeed + namespaceUri.size() * 31 + prefix.size());
     }
 
     void Seed(CFIVocabulary::IndexMap&& map) {
@@ -94,7 +100,8 @@ public:
                          size_t hash) const {
         return m_table.Find(hash, [&](uint32_t index) {
             const CEntry& entry = m_entries[index];
-            return entry.m_localName == localName && entry.m_namespaceUri == namespaceUri && entry.m_prefix == prefix;
+            return Same(entry.m_localName, localName) && Same(entry.m_namespaceUri, namespaceUri) &&
+                   Same(entry.m_prefix, prefix);
         });
     }
 
@@ -586,11 +593,11 @@ const std::string& CFastInfosetWriter::ElementPrefix(CXmlWriterContext& context)
     const std::string* prefix = nullptr;
     // A child in its parent's namespace shares the parent's scope, so it takes the
     // prefix its parent was written with.
-    if (m_pContext && RecallNamePrefix(*m_pContext, prefix) && namespaceUri == m_pContext->m_namespaceUri) {
+    if (m_pContext && RecallNamePrefix(*m_pContext, prefix) && Same(namespaceUri, m_pContext->m_namespaceUri)) {
         RememberNamePrefix(context, prefix);
         return prefix ? *prefix : kNone;
     }
-    if (namespaceUri == context.GetDefaultNamespace()) {
+    if (Same(namespaceUri, context.GetDefaultNamespace())) {
         prefix = nullptr;
     } else {
         const NamespaceMap& map = context.GetNamespaceMap();
