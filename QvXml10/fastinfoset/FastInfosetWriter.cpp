@@ -6,7 +6,9 @@
 #include "foundation/Streams.h"
 #include "internal/Constants.h"
 #include "internal/FixedWidthEncoding.h"
+#include "internal/Hashing.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace QvXmlLib10 {
@@ -16,114 +18,137 @@ namespace {
 constexpr unsigned char kTerminator = 0xF0;
 constexpr unsigned char kDoubleTerminator = 0xFF;
 
-// Eight octets at a time: text is mostly ASCII.
-bool IsAscii(const std::string& text) {
-    const char* p = text.data();
-    size_t n = text.size();
-    for (; n >= 8; p += 8, n -= 8) {
-        uint64_t word;
-        std::memcpy(&word, p, 8);
-        if (word & 0x8080808080808080ull) return false;
-    }
-    for (; n > 0; ++p, --n)
-        if (static_cast<unsigned char>(*p) >= 0x80) return false;
-    return true;
+// Equal strings, compared inline: names and namespaces are short.
+bool Same(const std::string& a, const std::string& b) {
+    return a.size() == b.size() && Internal::SameBytes(a.data(), b.data(), a.size());
 }
 
 } // namespace
+
+class CFastInfosetWriter::CIndexTable {
+public:
+    void Seed(CFIVocabulary::IndexMap&& map) {
+        for (const auto& entry : map) {
+            const std::string& key = entry.first;
+            const size_t hash = Internal::HashBytes(key.data(), key.size());
+            if (!Find(key.data(), key.size(), hash)) Insert(key.data(), key.size(), hash, uint32_t(entry.second));
+        }
+        map.clear();
+    }
+
+    const uint32_t* Find(const char* key, size_t length, size_t hash) const {
+        return m_table.Find(hash, [&](uint32_t index) {
+            const char* const stored = m_keys.data() + m_keyOffsets[index];
+            uint32_t storedLength;
+            std::memcpy(&storedLength, stored, sizeof storedLength);
+            return storedLength == length && Internal::SameBytes(stored + sizeof storedLength, key, length);
+        });
+    }
+
+    void Add(const char* key, size_t length, size_t hash) {
+        if (m_count >= (1u << 20)) return;
+        Insert(key, length, hash, m_count + 1);
+    }
+
+private:
+    void Insert(const char* key, size_t length, size_t hash, uint32_t index) {
+        if (index >= m_keyOffsets.size()) m_keyOffsets.resize(std::max<size_t>(index + 1, 2 * m_keyOffsets.size()));
+        m_keyOffsets[index] = m_keys.size();
+        const uint32_t length32 = static_cast<uint32_t>(length);
+        const char* const lengthOctets = reinterpret_cast<const char*>(&length32);
+        m_keys.insert(m_keys.end(), lengthOctets, lengthOctets + sizeof length32);
+        m_keys.insert(m_keys.end(), key, key + length);
+        m_table.Insert(hash, index);
+        ++m_count;
+    }
+
+    Internal::CProbeTable<uint32_t> m_table; // entry: the key's index
+    std::vector<char> m_keys;                // per key: its length (uint32_t), then its octets
+    std::vector<uint64_t> m_keyOffsets;      // by index: where the key starts in m_keys
+    uint32_t m_count = 0;
+};
+
+class CFastInfosetWriter::CNameTable {
+public:
+    // Over the local name and the lengths of the other parts: names that differ only in
+    // their namespace or prefix are rare, and Find compares all three parts anyway.
+    static size_t Hash(const std::string& prefix, const std::string& namespaceUri, const std::string& localName) {
+        return Internal::HashBytes(localName.data(), localName.size(),
+                                   Internal::kHashSeed + namespaceUri.size() * 31 + prefix.size());
+    }
+
+    void Seed(CFIVocabulary::IndexMap&& map) {
+        for (const auto& entry : map) {
+            // The key is local name, 0x01, namespace, 0x01, prefix.
+            const std::string& key = entry.first;
+            const size_t first = key.find('\x01');
+            const size_t second = first == std::string::npos ? std::string::npos : key.find('\x01', first + 1);
+            CEntry name{second == std::string::npos ? std::string() : key.substr(second + 1),
+                        second == std::string::npos ? std::string() : key.substr(first + 1, second - first - 1),
+                        key.substr(0, first)};
+            const size_t hash = Hash(name.m_prefix, name.m_namespaceUri, name.m_localName);
+            const uint32_t index = static_cast<uint32_t>(entry.second);
+            if (index >= m_entries.size()) m_entries.resize(std::max<size_t>(index + 1, 2 * m_entries.size()));
+            m_entries[index] = std::move(name);
+            m_table.Insert(hash, index);
+            ++m_count;
+        }
+        map.clear();
+    }
+
+    const uint32_t* Find(const std::string& prefix, const std::string& namespaceUri, const std::string& localName,
+                         size_t hash) const {
+        return m_table.Find(hash, [&](uint32_t index) {
+            const CEntry& entry = m_entries[index];
+            return Same(entry.m_localName, localName) && Same(entry.m_namespaceUri, namespaceUri) &&
+                   Same(entry.m_prefix, prefix);
+        });
+    }
+
+    void Add(const std::string& prefix, const std::string& namespaceUri, const std::string& localName, size_t hash) {
+        if (m_count >= (1u << 20)) return;
+        ++m_count;
+        if (m_count >= m_entries.size()) m_entries.resize(std::max<size_t>(m_count + 1, 2 * m_entries.size()));
+        m_entries[m_count] = CEntry{prefix, namespaceUri, localName};
+        m_table.Insert(hash, m_count);
+    }
+
+private:
+    struct CEntry {
+        std::string m_prefix;
+        std::string m_namespaceUri;
+        std::string m_localName;
+    };
+    Internal::CProbeTable<uint32_t> m_table; // entry: the name's index
+    std::vector<CEntry> m_entries;           // by index
+    uint32_t m_count = 0;
+};
+
+struct CFastInfosetWriter::CTables {
+    CNameTable m_elementNames;
+    CNameTable m_attributeNames;
+    CIndexTable m_attributeValues;
+    CIndexTable m_characterChunks;
+    CIndexTable m_localNames;
+    CIndexTable m_namespaceNames;
+    CIndexTable m_prefixNames;
+};
 
 CFastInfosetWriter::CFastInfosetWriter(const CFastInfosetContext& context, CBinaryStream& stream)
     : CXmlWriter("CFastInfosetWriter"), m_pStream(&stream), m_pFIContext(&context), m_pPendingElement(),
       m_terminatorPending(false),
       m_pVocabulary(context.GetUseGeneratedVocabulary() ? new CFIVocabulary(*context.GetVocabulary())
                                                         : new CFIVocabulary()),
-      m_pOut(new unsigned char[kOutCapacity]), m_outUsed(0) {
+      m_pTables(new CTables), m_pOut(new unsigned char[kOutCapacity]), m_outUsed(0) {
     // The writer looks names and values up in hashed tables, which take the maps over.
     CFIVocabulary& v = *m_pVocabulary;
-    m_elementNames.Seed(std::move(v.m_elementNamesMap));
-    m_attributeNames.Seed(std::move(v.m_attributeNamesMap));
-    m_attributeValues.Seed(std::move(v.m_attributeValuesMap));
-    m_characterChunks.Seed(std::move(v.m_characterChunksMap));
-    m_localNames.Seed(std::move(v.m_localNamesMap));
-    m_namespaceNames.Seed(std::move(v.m_namespaceNamesMap));
-    m_prefixNames.Seed(std::move(v.m_prefixNamesMap));
-}
-
-void CFastInfosetWriter::CIndexTable::Seed(CFIVocabulary::IndexMap&& map) {
-    while (!map.empty()) {
-        auto node = map.extract(map.begin());
-        Insert(std::move(node.key()), node.mapped());
-    }
-}
-
-const uint64_t* CFastInfosetWriter::CIndexTable::Find(const std::string& key) const {
-    if (m_slots.empty()) return nullptr;
-    const size_t mask = m_slots.size() - 1;
-    for (size_t i = std::hash<std::string>()(key) & mask;; i = (i + 1) & mask) {
-        const CSlot& slot = m_slots[i];
-        if (slot.m_index == 0) return nullptr;
-        if (slot.m_key == key) return &slot.m_index;
-    }
-}
-
-void CFastInfosetWriter::CIndexTable::Add(const std::string& key) {
-    if (m_count >= (1u << 20)) return;
-    Insert(key, m_count + 1);
-}
-
-void CFastInfosetWriter::CIndexTable::Insert(std::string key, uint64_t index) {
-    if (2 * (m_count + 1) > m_slots.size()) Grow();
-    const size_t mask = m_slots.size() - 1;
-    for (size_t i = std::hash<std::string>()(key) & mask;; i = (i + 1) & mask) {
-        CSlot& slot = m_slots[i];
-        if (slot.m_index == 0) {
-            slot.m_key = std::move(key);
-            slot.m_index = index;
-            ++m_count;
-            return;
-        }
-        if (slot.m_key == key) return; // a known key keeps its index
-    }
-}
-
-void CFastInfosetWriter::CIndexTable::Grow() {
-    std::vector<CSlot> old(m_slots.empty() ? 64 : 2 * m_slots.size());
-    old.swap(m_slots);
-    m_count = 0;
-    for (CSlot& slot : old)
-        if (slot.m_index != 0) Insert(std::move(slot.m_key), slot.m_index);
-}
-
-void CFastInfosetWriter::CNameTable::Seed(CFIVocabulary::IndexMap&& map) {
-    for (const auto& entry : map) {
-        // The key is local name, 0x01, namespace, 0x01, prefix.
-        const std::string& key = entry.first;
-        const size_t first = key.find('\x01');
-        const size_t second = first == std::string::npos ? std::string::npos : key.find('\x01', first + 1);
-        const std::string localName = key.substr(0, first);
-        const std::string namespaceUri =
-            second == std::string::npos ? std::string() : key.substr(first + 1, second - first - 1);
-        const std::string prefix = second == std::string::npos ? std::string() : key.substr(second + 1);
-        m_byLocalName[localName].push_back(CEntry{namespaceUri, prefix, entry.second});
-        ++m_count;
-    }
-    map.clear();
-}
-
-const uint64_t* CFastInfosetWriter::CNameTable::Find(const std::string& prefix, const std::string& namespaceUri,
-                                                     const std::string& localName) const {
-    const auto found = m_byLocalName.find(localName);
-    if (found == m_byLocalName.end()) return nullptr;
-    for (const CEntry& entry : found->second)
-        if (entry.m_namespaceUri == namespaceUri && entry.m_prefix == prefix) return &entry.m_index;
-    return nullptr;
-}
-
-void CFastInfosetWriter::CNameTable::Add(const std::string& prefix, const std::string& namespaceUri,
-                                         const std::string& localName) {
-    if (m_count >= (1u << 20)) return;
-    ++m_count;
-    m_byLocalName[localName].push_back(CEntry{namespaceUri, prefix, m_count});
+    m_pTables->m_elementNames.Seed(std::move(v.m_elementNamesMap));
+    m_pTables->m_attributeNames.Seed(std::move(v.m_attributeNamesMap));
+    m_pTables->m_attributeValues.Seed(std::move(v.m_attributeValuesMap));
+    m_pTables->m_characterChunks.Seed(std::move(v.m_characterChunksMap));
+    m_pTables->m_localNames.Seed(std::move(v.m_localNamesMap));
+    m_pTables->m_namespaceNames.Seed(std::move(v.m_namespaceNamesMap));
+    m_pTables->m_prefixNames.Seed(std::move(v.m_prefixNamesMap));
 }
 
 CFastInfosetWriter::~CFastInfosetWriter() {
@@ -172,7 +197,7 @@ void CFastInfosetWriter::FlushQuietly() noexcept {
 }
 
 const unsigned char* CFastInfosetWriter::Utf8(const std::string& text, uint64_t& length) {
-    if (ASCII_ONLY || IsAscii(text)) {
+    if (ASCII_ONLY || !Internal::HasHighByte(text.data(), text.size())) {
         length = text.size();
         return reinterpret_cast<const unsigned char*>(text.data());
     }
@@ -443,42 +468,45 @@ void CFastInfosetWriter::EncodedCharacterStringBit3(unsigned char prefix, const 
 // Names and values
 
 void CFastInfosetWriter::NamePart(const std::string& name, CIndexTable& table) {
-    if (const uint64_t* index = table.Find(name)) {
+    const size_t hash = Internal::HashBytes(name.data(), name.size());
+    if (const uint32_t* index = table.Find(name.data(), name.size(), hash)) {
         Integer1To2pw20Bit2(0x80, *index);
         return;
     }
     NonEmptyOctetUTF8StringBit2(0, name);
-    table.Add(name);
+    table.Add(name.data(), name.size(), hash);
 }
 
 void CFastInfosetWriter::LiteralQualifiedName(const std::string& prefix, const std::string& namespaceUri,
-                                              const std::string& localName, CNameTable& names) {
-    if (!prefix.empty()) NamePart(prefix, m_prefixNames);
-    if (!namespaceUri.empty()) NamePart(namespaceUri, m_namespaceNames);
-    NamePart(localName, m_localNames);
-    names.Add(prefix, namespaceUri, localName);
+                                              const std::string& localName, CNameTable& names, size_t hash) {
+    if (!prefix.empty()) NamePart(prefix, m_pTables->m_prefixNames);
+    if (!namespaceUri.empty()) NamePart(namespaceUri, m_pTables->m_namespaceNames);
+    NamePart(localName, m_pTables->m_localNames);
+    names.Add(prefix, namespaceUri, localName, hash);
 }
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit3(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
                                                   CNameTable& names) {
-    if (const uint64_t* index = names.Find(prefix, namespaceUri, localName)) {
+    const size_t hash = CNameTable::Hash(prefix, namespaceUri, localName);
+    if (const uint32_t* index = names.Find(prefix, namespaceUri, localName, hash)) {
         Integer1To2pw20Bit3(prefixOctet, *index);
         return;
     }
     Put(static_cast<unsigned char>(prefixOctet | (!prefix.empty() ? 0x3F : !namespaceUri.empty() ? 0x3D : 0x3C)));
-    LiteralQualifiedName(prefix, namespaceUri, localName, names);
+    LiteralQualifiedName(prefix, namespaceUri, localName, names, hash);
 }
 
 void CFastInfosetWriter::QualifiedNameOrIndexBit2(unsigned char prefixOctet, const std::string& prefix,
                                                   const std::string& namespaceUri, const std::string& localName,
                                                   CNameTable& names) {
-    if (const uint64_t* index = names.Find(prefix, namespaceUri, localName)) {
+    const size_t hash = CNameTable::Hash(prefix, namespaceUri, localName);
+    if (const uint32_t* index = names.Find(prefix, namespaceUri, localName, hash)) {
         Integer1To2pw20Bit2(prefixOctet, *index);
         return;
     }
     Put(static_cast<unsigned char>(prefixOctet | (!prefix.empty() ? 0x7B : !namespaceUri.empty() ? 0x79 : 0x78)));
-    LiteralQualifiedName(prefix, namespaceUri, localName, names);
+    LiteralQualifiedName(prefix, namespaceUri, localName, names, hash);
 }
 
 void CFastInfosetWriter::NonIdentifyingStringOrIndexBit1(const std::string& text, CIndexTable& table,
@@ -491,12 +519,13 @@ void CFastInfosetWriter::NonIdentifyingStringOrIndexBit1(const std::string& text
         EncodedCharacterStringBit3(0, text, type);
         return;
     }
-    if (const uint64_t* index = table.Find(text)) {
+    const size_t hash = Internal::HashBytes(text.data(), text.size());
+    if (const uint32_t* index = table.Find(text.data(), text.size(), hash)) {
         Integer1To2pw20Bit2(0x80, *index);
         return;
     }
     EncodedCharacterStringBit3(0x40, text, type);
-    table.Add(text);
+    table.Add(text.data(), text.size(), hash);
 }
 
 void CFastInfosetWriter::NonIdentifyingStringOrIndexBit3(unsigned char prefixOctet, const std::string& text,
@@ -505,12 +534,13 @@ void CFastInfosetWriter::NonIdentifyingStringOrIndexBit3(unsigned char prefixOct
         EncodedCharacterStringBit5(prefixOctet, text, type);
         return;
     }
-    if (const uint64_t* index = table.Find(text)) {
+    const size_t hash = Internal::HashBytes(text.data(), text.size());
+    if (const uint32_t* index = table.Find(text.data(), text.size(), hash)) {
         Integer1To2pw20Bit4(static_cast<unsigned char>(prefixOctet | 0x20), *index);
         return;
     }
     EncodedCharacterStringBit5(static_cast<unsigned char>(prefixOctet | 0x10), text, type);
-    table.Add(text);
+    table.Add(text.data(), text.size(), hash);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -545,13 +575,13 @@ void CFastInfosetWriter::WriteEndDocument() {
 void CFastInfosetWriter::WriteNamespaceDeclarations() {
     if (!m_defaultNamespace.empty()) {
         Put(0xCD);
-        NamePart(m_defaultNamespace, m_namespaceNames);
+        NamePart(m_defaultNamespace, m_pTables->m_namespaceNames);
     }
     for (const auto& entry : m_namespaceMap) {
         if (entry.first == XML_NAMESPACE) continue;
         Put(0xCF);
-        NamePart(entry.second, m_prefixNames);
-        NamePart(entry.first, m_namespaceNames);
+        NamePart(entry.second, m_pTables->m_prefixNames);
+        NamePart(entry.first, m_pTables->m_namespaceNames);
     }
     Put(kTerminator);
 }
@@ -563,11 +593,11 @@ const std::string& CFastInfosetWriter::ElementPrefix(CXmlWriterContext& context)
     const std::string* prefix = nullptr;
     // A child in its parent's namespace shares the parent's scope, so it takes the
     // prefix its parent was written with.
-    if (m_pContext && RecallNamePrefix(*m_pContext, prefix) && namespaceUri == m_pContext->m_namespaceUri) {
+    if (m_pContext && RecallNamePrefix(*m_pContext, prefix) && Same(namespaceUri, m_pContext->m_namespaceUri)) {
         RememberNamePrefix(context, prefix);
         return prefix ? *prefix : kNone;
     }
-    if (namespaceUri == context.GetDefaultNamespace()) {
+    if (Same(namespaceUri, context.GetDefaultNamespace())) {
         prefix = nullptr;
     } else {
         const NamespaceMap& map = context.GetNamespaceMap();
@@ -593,7 +623,7 @@ void CFastInfosetWriter::WriteElement(bool hasAttributes) {
     }
     CXmlWriterContext& context = *m_pPendingElement;
     QualifiedNameOrIndexBit3(first, ElementPrefix(context), context.m_namespaceUri, context.m_localName,
-                             m_elementNames);
+                             m_pTables->m_elementNames);
     // The pending element becomes the current one, below its parent.
     context.m_pParent = std::move(m_pContext);
     m_pContext = std::move(m_pPendingElement);
@@ -626,7 +656,8 @@ void CFastInfosetWriter::WriteString(const std::string& text, ItemType type) {
         if (m_pContext->m_hasAttributes) Put(kTerminator);
     }
     if (!text.empty())
-        NonIdentifyingStringOrIndexBit3(0x80, text, m_characterChunks, m_pFIContext->GetElementMaxAddLength(), type);
+        NonIdentifyingStringOrIndexBit3(0x80, text, m_pTables->m_characterChunks,
+                                        m_pFIContext->GetElementMaxAddLength(), type);
 }
 
 void CFastInfosetWriter::WriteEndElement() {
@@ -665,8 +696,9 @@ void CFastInfosetWriter::WriteAttributeString(const std::string& localName, cons
                                               const std::string& value, ItemType type) {
     WriteElement(true);
     CheckAttributeAllowed();
-    QualifiedNameOrIndexBit2(0, AttributePrefix(namespaceUri), namespaceUri, localName, m_attributeNames);
-    NonIdentifyingStringOrIndexBit1(value, m_attributeValues, m_pFIContext->GetAttributeMaxAddLength(), type);
+    QualifiedNameOrIndexBit2(0, AttributePrefix(namespaceUri), namespaceUri, localName, m_pTables->m_attributeNames);
+    NonIdentifyingStringOrIndexBit1(value, m_pTables->m_attributeValues, m_pFIContext->GetAttributeMaxAddLength(),
+                                    type);
 }
 
 void CFastInfosetWriter::WriteAttributeNil() {
@@ -690,14 +722,14 @@ void CFastInfosetWriter::WriteAttributeType(const std::string& typeNamespaceUri,
     if (found != map.end()) {
         // The xsi:type attribute, under the prefix of the type's namespace.
         alias = found->second;
-        QualifiedNameOrIndexBit2(0, alias, Internal::kXsiNamespace, "type", m_attributeNames);
+        QualifiedNameOrIndexBit2(0, alias, Internal::kXsiNamespace, "type", m_pTables->m_attributeNames);
     } else {
         // An attribute named after the type itself, in the type's namespace.
         alias = SetAlias(context, typeNamespaceUri, GetUniquePrefix(map));
-        QualifiedNameOrIndexBit2(0, alias, typeNamespaceUri, typeName, m_attributeNames);
+        QualifiedNameOrIndexBit2(0, alias, typeNamespaceUri, typeName, m_pTables->m_attributeNames);
     }
-    NonIdentifyingStringOrIndexBit1(alias + ":" + typeName, m_attributeValues, m_pFIContext->GetAttributeMaxAddLength(),
-                                    type);
+    NonIdentifyingStringOrIndexBit1(alias + ":" + typeName, m_pTables->m_attributeValues,
+                                    m_pFIContext->GetAttributeMaxAddLength(), type);
 }
 
 // ---------------------------------------------------------------------------------------------

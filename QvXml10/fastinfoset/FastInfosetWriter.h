@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace QvXmlLib10 {
@@ -61,46 +60,11 @@ public:
     void WriteEndDocument();
 
 private:
-    // One table of the working vocabulary as the writer consults it: string to index,
-    // in an open-addressing hash table whose slots hold short keys inline. A new key
-    // gets the table's size plus one; a table of 2^20 keys takes no more, without a
-    // report.
-    class CIndexTable {
-    public:
-        void Seed(CFIVocabulary::IndexMap&& map);
-        const uint64_t* Find(const std::string& key) const;
-        void Add(const std::string& key);
-
-    private:
-        struct CSlot {
-            std::string m_key;
-            uint64_t m_index = 0; // 0: empty slot
-        };
-        void Insert(std::string key, uint64_t index);
-        void Grow();
-
-        std::vector<CSlot> m_slots; // a power of two in size, at most half full
-        uint64_t m_count = 0;
-    };
-
-    // A table of qualified names, looked up by the local name first: the same names and
-    // indices as a table keyed by the joined qualified-name key, without joining.
-    class CNameTable {
-    public:
-        void Seed(CFIVocabulary::IndexMap&& map);
-        const uint64_t* Find(const std::string& prefix, const std::string& namespaceUri,
-                             const std::string& localName) const;
-        void Add(const std::string& prefix, const std::string& namespaceUri, const std::string& localName);
-
-    private:
-        struct CEntry {
-            std::string m_namespaceUri;
-            std::string m_prefix;
-            uint64_t m_index;
-        };
-        std::unordered_map<std::string, std::vector<CEntry>> m_byLocalName;
-        uint64_t m_count = 0;
-    };
+    // The tables of the working vocabulary that grow while writing, hashed; private to
+    // the writer's source.
+    class CIndexTable;
+    class CNameTable;
+    struct CTables;
 
     // Flushes the pending element with or without the attribute bit.
     void WriteElement(bool hasAttributes);
@@ -116,7 +80,7 @@ private:
                                   const std::string& localName, CNameTable& names);
     // The literal octet is decided; writes the parts and enters the key.
     void LiteralQualifiedName(const std::string& prefix, const std::string& namespaceUri, const std::string& localName,
-                              CNameTable& names);
+                              CNameTable& names, size_t hash);
     // A prefix, namespace or local name by index, or literally and then added.
     void NamePart(const std::string& name, CIndexTable& table);
     void NonIdentifyingStringOrIndexBit1(const std::string& text, CIndexTable& table, uint64_t maxAddLength,
@@ -156,14 +120,7 @@ private:
     bool m_terminatorPending;
     std::unique_ptr<CFIVocabulary> m_pVocabulary;
 
-    // The tables that grow while writing, taken over from the working vocabulary's maps.
-    CNameTable m_elementNames;
-    CNameTable m_attributeNames;
-    CIndexTable m_attributeValues;
-    CIndexTable m_characterChunks;
-    CIndexTable m_localNames;
-    CIndexTable m_namespaceNames;
-    CIndexTable m_prefixNames;
+    std::unique_ptr<CTables> m_pTables;
 
     // Octets go to the stream in blocks, not one by one.
     static constexpr uint64_t kOutCapacity = 16384;

@@ -1,7 +1,6 @@
 // The Fast Infoset writer, byte by byte: whole documents compared as hexadecimal text.
 
 #include "fastinfoset/FastInfosetWriter.h"
-#include "document/XmlTextWriter.h"
 #include "foundation/Streams.h"
 #include "fastinfoset/FiTestSupport.h"
 
@@ -106,16 +105,6 @@ TEST(FastInfosetWriter, NamespacesPrefixesAndScopesOfTheFrame) {
             // AB:type and AB:nil in the xsi namespace
             "7B 83 85 84 40 55 7B 83 85 02 6E 69 6C 43 74 72 75 65 F0 FF F0",
         Write(CFastInfosetContext(), events));
-
-    // The text writer invents the same prefixes through the same frame.
-    CTextStream text;
-    CXmlTextWriter textWriter(text);
-    textWriter.SetFormat(false);
-    events(textWriter);
-    const std::string xml = text.GetText();
-    EXPECT_EQ("<r xmlns=\"urn:d\" xmlns:p=\"urn:p\" p:q=\"1\"><AA:c xmlns:AA=\"urn:x\"><AA:c xmlns:AB=\"urn:y\" "
-              "AB:k=\"2\"/></AA:c><AA:c xmlns:AA=\"urn:x\"><AA:c xmlns:AB=\"urn:y\" AB:k=\"2\"/></AA:c><p:c",
-              xml.substr(0, xml.find("<p:c") + 4));
 }
 
 TEST(FastInfosetWriter, DeclarationsAndGeneratedVocabulary) {
@@ -232,22 +221,14 @@ TEST(FastInfosetWriter, EncodingsOfValues) {
         ItemType type;
         const char *text, *attribute, *chunk;
     } cases[] = {
+        // One value per way of encoding; the algorithms' own octets are tested with their encoder.
         {ItemType_hexBinary, "0AFF", "30 01 0A FF", "8C 01 0A FF"},
-        {ItemType_base64Binary, "AQI=", "30 11 01 02", "8C 05 01 02"},
-        {ItemType_i1, "-2", "30 21 FF FE", "8C 09 FF FE"},
-        {ItemType_ui2, "-1", "30 33 FF FF FF FF", "8C 0E 01 FF FF FF FF"},
-        {ItemType_ui8, "1", "30 47 00 00 00 00 00 00 00 01", "8C 12 05 00 00 00 00 00 00 00 01"},
-        {ItemType_boolean, "true", "30 50 38", "8C 14 38"},
-        {ItemType_r4, "1", "30 63 3F 80 00 00", "8C 1A 01 3F 80 00 00"},
         {ItemType_r8, "1.5", "30 77 3F F8 00 00 00 00 00 00", "8C 1E 05 3F F8 00 00 00 00 00 00"},
         {ItemType_string, "00112233445566778899AABBCCDDEEFF",
          "30 88 07 00 11 22 33 44 55 66 77 88 99 AA BB CC DD EE FF",
          "8C 22 0D 00 11 22 33 44 55 66 77 88 99 AA BB CC DD EE FF"},
-        {ItemType_char, "a<b", "30 92 61 3C 62", "8C 26 00 61 3C 62"},
         {ItemType_decimal, "12.5", "20 01 12 C5", "88 01 12 C5"},
-        {ItemType_integer, "-123", "20 01 A1 23", "88 01 A1 23"},
         {ItemType_date, "2024-01-02", "20 14 20 24 A0 1A 02", "88 06 02 20 24 A0 1A 02"},
-        {ItemType_time, "1", "20 10 1F", "88 04 1F"},
         {ItemType_duration, "P1D", "02 50 31 44", "82 00 50 31 44"},
     };
     for (const auto& c : cases)
