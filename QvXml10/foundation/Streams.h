@@ -52,7 +52,6 @@ public:
     void Empty();
 
 private:
-    friend class CStringBufferInspector; // test access to the block layout
     friend class CTextStream;
     friend class Internal::CTextAppender;
     friend class CXmlObjectBase; // ToXml takes the text out without joining the blocks first
