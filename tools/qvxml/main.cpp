@@ -1,0 +1,530 @@
+// qvxml: converts documents between XML text and Fast Infoset, plain or compressed, and
+// reports what a document holds. Works on any document through the document tree, with
+// no schema: the loaded tree is written straight through the library's writers.
+
+#include <QvXml10/QvXml10.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+using namespace QvXmlLib10;
+
+namespace {
+
+constexpr unsigned long long kProgressThreshold = 50ull * 1024 * 1024;
+
+const char kMainHelp[] = "Usage: qvxml COMMAND [options]\n"
+                         "\n"
+                         "Commands:\n"
+                         "  convert INPUT OUTPUT [options]   convert between XML text and Fast Infoset\n"
+                         "  inspect INPUT                    describe a document\n"
+                         "\n"
+                         "  qvxml COMMAND --help             help on a command\n"
+                         "  qvxml --version                  the version\n";
+
+const char kConvertHelp[] =
+    "Usage: qvxml convert INPUT OUTPUT [options]\n"
+    "\n"
+    "Reads XML text or Fast Infoset, plain, gzip or zlib (recognised from the bytes),\n"
+    "and writes it in the form asked for. '-' is standard input or output.\n"
+    "\n"
+    "Options:\n"
+    "  --to xml|fi              output format (default: fi for an OUTPUT ending in .fi\n"
+    "                           or .finf, else xml)\n"
+    "  --gzip                   compress the output with gzip\n"
+    "  --zlib                   compress the output with zlib\n"
+    "  --encoding utf-8|utf-16  character encoding of XML output (default utf-8)\n"
+    "  --crlf                   end XML lines with CR LF\n"
+    "  --compact                no indentation or line breaks in XML output\n"
+    "  --no-declaration         no XML declaration\n"
+    "  --fi-suggested           Fast Infoset with the suggested encodings of values\n"
+    "  --fi-max-add N           longest Fast Infoset value entered in the value tables\n";
+
+const char kInspectHelp[] = "Usage: qvxml inspect INPUT\n"
+                            "\n"
+                            "Prints the form of a document (XML text, Fast Infoset, gzip or zlib of either),\n"
+                            "its sizes, counts of elements, attributes and texts, the maximum depth, the\n"
+                            "number of distinct names, the namespaces with their prefixes, and the number\n"
+                            "of elements whose text and child elements are mixed. '-' is standard input.\n";
+
+// A wrong command line: the message, and exit status 2.
+struct UsageError {
+    std::string message;
+};
+
+// A failure of input or output outside the library, with its message; exit status 1.
+struct IoError {
+    std::string message;
+};
+
+// A byte array as CQvZip hands them over: allocated with new[].
+struct Bytes {
+    std::unique_ptr<unsigned char[]> data;
+    unsigned long length = 0;
+};
+
+std::string DisplayName(const std::string& path) { return path == "-" ? "<stdin>" : path; }
+
+bool ShowProgress(unsigned long long size) { return size > kProgressThreshold && isatty(2); }
+
+void Progress(const char* step, const std::string& name) {
+    std::fprintf(stderr, "\rqvxml: %s %s...\033[K", step, name.c_str());
+    std::fflush(stderr);
+}
+
+void EndProgress() {
+    std::fprintf(stderr, "\r\033[K");
+    std::fflush(stderr);
+}
+
+Bytes ReadInput(const std::string& path) {
+    FILE* file = path == "-" ? stdin : std::fopen(path.c_str(), "rb");
+    if (!file) throw IoError{"cannot open " + path + ": " + std::strerror(errno)};
+    std::unique_ptr<FILE, int (*)(FILE*)> closer(file == stdin ? nullptr : file, &std::fclose);
+    Bytes bytes;
+    unsigned long capacity = 0;
+    const long known = file == stdin ? -1 : _filelength(file);
+    if (known > 0) capacity = static_cast<unsigned long>(known);
+    if (capacity == 0) capacity = 65536;
+    bytes.data.reset(new unsigned char[capacity]);
+    for (;;) {
+        if (bytes.length == capacity) {
+            const unsigned long grown = capacity * 2;
+            std::unique_ptr<unsigned char[]> larger(new unsigned char[grown]);
+            std::memcpy(larger.get(), bytes.data.get(), bytes.length);
+            bytes.data = std::move(larger);
+            capacity = grown;
+        }
+        const size_t got = std::fread(bytes.data.get() + bytes.length, 1, capacity - bytes.length, file);
+        bytes.length += static_cast<unsigned long>(got);
+        if (got == 0) break;
+    }
+    if (std::ferror(file)) throw IoError{"cannot read " + DisplayName(path) + ": " + std::strerror(errno)};
+    return bytes;
+}
+
+void WriteOutput(const std::string& path, const unsigned char* data, unsigned long length) {
+    FILE* file = path == "-" ? stdout : std::fopen(path.c_str(), "wb");
+    if (!file) throw IoError{"cannot open " + path + ": " + std::strerror(errno)};
+    const bool written = std::fwrite(data, 1, length, file) == length;
+    const bool closed = file == stdout ? std::fflush(file) == 0 : std::fclose(file) == 0;
+    if (!written || !closed) throw IoError{"cannot write " + (path == "-" ? std::string("<stdout>") : path)};
+}
+
+// ---------------------------------------------------------------------------------------------
+// What a loaded document is made of
+
+enum class Compression { None, GZip, ZLib };
+
+// The input as the loader sees it: decompressed, with what it was.
+struct Input {
+    Bytes bytes;
+    unsigned long long fileSize = 0;
+    Compression compression = Compression::None;
+    bool fastInfoset = false;
+};
+
+bool StartsWith(const Bytes& bytes, std::string_view prefix) {
+    return bytes.length >= prefix.size() && std::memcmp(bytes.data.get(), prefix.data(), prefix.size()) == 0;
+}
+
+// The Fast Infoset identification, bare or behind one of its XML declarations.
+bool IsFastInfoset(const Bytes& bytes) {
+    if (StartsWith(bytes, std::string_view("\xE0\x00\x00", 3))) return true;
+    for (const char* declaration : FI_DECLARATION_LIST)
+        if (StartsWith(bytes, declaration)) return true;
+    return false;
+}
+
+// Decompression is left to CQvZip, which leaves anything that is no gzip or zlib stream
+// as it was; the form is told for the report.
+Input Decompress(Bytes raw) {
+    Input input;
+    input.fileSize = raw.length;
+    const bool gzip = StartsWith(raw, "\x1F\x8B");
+    unsigned char* data = raw.data.release();
+    unsigned long length = raw.length;
+    const unsigned char* const before = data;
+    try {
+        CQvZip().Decompress(&data, &length);
+    } catch (...) {
+        if (data == before) delete[] data;
+        throw;
+    }
+    if (data != before) input.compression = gzip ? Compression::GZip : Compression::ZLib;
+    input.bytes.data.reset(data);
+    input.bytes.length = length;
+    input.fastInfoset = IsFastInfoset(input.bytes);
+    return input;
+}
+
+// The prefixes the text declares ("xmlns:p="), found by a scan of the bytes; the document's
+// alias map tells what each stands for. NUL bytes are skipped, so that UTF-16 text works too.
+std::set<std::string> DeclaredPrefixes(const Bytes& bytes) {
+    std::string text;
+    std::string_view view(reinterpret_cast<const char*>(bytes.data.get()), bytes.length);
+    if (view.find('\0') != std::string_view::npos) {
+        text.reserve(bytes.length / 2);
+        for (char c : view)
+            if (c != '\0') text += c;
+        view = text;
+    }
+    std::set<std::string> prefixes;
+    constexpr std::string_view kMarker = "xmlns:";
+    for (size_t at = view.find(kMarker); at != std::string_view::npos; at = view.find(kMarker, at + 1)) {
+        size_t end = at + kMarker.size();
+        while (end < view.size() && view[end] != '=' && view[end] != ' ' && view[end] != '\t' && view[end] != '\n' &&
+               view[end] != '\r' && view[end] != '>' && view[end] != '/' && view[end] != '"' && view[end] != '\'')
+            ++end;
+        if (end > at + kMarker.size()) prefixes.emplace(view.substr(at + kMarker.size(), end - at - kMarker.size()));
+    }
+    return prefixes;
+}
+
+bool IsWhitespace(const std::string& text) {
+    return text.find_first_not_of(" \t\r\n") == std::string::npos;
+}
+
+// Namespace URI to the prefixes the document declares for it; "" stands for the default.
+using PrefixMap = std::map<std::string, std::vector<std::string>>;
+
+PrefixMap DocumentPrefixes(const CXmlDocument& document, const Input& input) {
+    PrefixMap prefixes;
+    if (input.fastInfoset) return prefixes; // the Fast Infoset reader keeps no prefixes
+    for (const std::string& prefix : DeclaredPrefixes(input.bytes)) {
+        const std::string uri = document.LookupNamespaceFromAlias(prefix.c_str());
+        if (!uri.empty()) prefixes[uri].push_back(prefix);
+    }
+    const std::string defaultNamespace = document.LookupNamespaceFromAlias("");
+    if (!defaultNamespace.empty()) prefixes[defaultNamespace].insert(prefixes[defaultNamespace].begin(), "");
+    return prefixes;
+}
+
+// Loads the input; a refusal of the library propagates as CQvException.
+void Load(CXmlDocument& document, Input& input, const std::string& name) {
+    const bool progress = ShowProgress(input.fileSize);
+    if (progress) Progress("loading", name);
+    document.LoadXmlStream(input.bytes.data.get(), input.bytes.length);
+    if (progress) EndProgress();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Writing the tree
+
+// Hands the document's own prefixes and default namespace to the writer before the root.
+void DeclareNamespaces(CXmlWriter& writer, const PrefixMap& prefixes) {
+    for (const auto& [uri, names] : prefixes) {
+        for (const std::string& prefix : names) {
+            if (prefix.empty()) {
+                writer.SetDefaultNamespace(uri);
+            } else {
+                writer.AddNamespace(prefix, uri);
+                break;
+            }
+        }
+    }
+}
+
+// Writes the tree without recursion, so that depth costs no stack. The text of an element
+// with children goes before them; whitespace between children is left to the writer's
+// own layout.
+void WriteTree(CXmlWriter& writer, const CXmlElement* root) {
+    std::vector<const CXmlElement*> open;
+    const CXmlElement* element = root;
+    for (;;) {
+        writer.WriteStartElement(element->GetLocalName(), element->GetNamespaceURI());
+        for (const auto& attribute : element->GetAttributes())
+            writer.WriteAttributeString(attribute->GetLocalName(), attribute->GetNamespaceURI(),
+                                        attribute->GetValue(), ItemType_string);
+        const CXmlElement* child = element->GetFirstElement();
+        const std::string& text = element->GetText();
+        if (!text.empty() && !(child && IsWhitespace(text))) writer.WriteString(text, ItemType_string);
+        if (child) {
+            open.push_back(element);
+            element = child;
+            continue;
+        }
+        writer.WriteEndElement();
+        while (!open.empty() && !element->GetNextSiblingElement()) {
+            writer.WriteEndElement();
+            element = open.back();
+            open.pop_back();
+        }
+        if (open.empty()) break;
+        element = element->GetNextSiblingElement();
+    }
+}
+
+struct ConvertOptions {
+    std::string input;
+    std::string output;
+    std::string to;
+    Compression compression = Compression::None;
+    std::string encoding = "utf-8";
+    bool crlf = false;
+    bool compact = false;
+    bool noDeclaration = false;
+    bool fiSuggested = false;
+    bool fiMaxAddGiven = false;
+    unsigned long fiMaxAdd = 0;
+    std::vector<std::string> xmlOnly; // XML options given, for the check against --to fi
+};
+
+CBinaryData WriteXml(const CXmlElement* root, const PrefixMap& prefixes, const ConvertOptions& options) {
+    CTextStream stream(options.encoding == "utf-16" ? XmlEncoding_UTF16 : XmlEncoding_UTF8);
+    CXmlTextWriter writer(stream);
+    writer.Open();
+    writer.SetFormat(!options.compact);
+    writer.SetEOLType(options.crlf ? EOLType_CRLF : EOLType_LF);
+    if (!options.noDeclaration) writer.WriteStartDocument();
+    DeclareNamespaces(writer, prefixes);
+    WriteTree(writer, root);
+    writer.Close();
+    return stream.GetEncodedStream();
+}
+
+CBinaryData WriteFastInfoset(const CXmlElement* root, const PrefixMap& prefixes, const ConvertOptions& options) {
+    CFastInfosetContext context;
+    if (options.fiSuggested) context.SetSuggestedValues();
+    if (options.fiMaxAddGiven) {
+        context.SetAttributeMaxAddLength(options.fiMaxAdd);
+        context.SetElementMaxAddLength(options.fiMaxAdd);
+    }
+    CBinaryStream stream;
+    CFastInfosetWriter writer(context, stream);
+    writer.Open();
+    writer.WriteStartDocument(FInfoDecl_None);
+    DeclareNamespaces(writer, prefixes);
+    WriteTree(writer, root);
+    writer.WriteEndDocument();
+    writer.Close();
+    return stream.GetBinaryStream();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Commands
+
+std::string OutputFormatFromName(const std::string& output) {
+    auto endsWith = [&](std::string_view suffix) {
+        return output.size() >= suffix.size() && output.compare(output.size() - suffix.size(), suffix.size(),
+                                                                suffix.data(), suffix.size()) == 0;
+    };
+    return endsWith(".fi") || endsWith(".finf") ? "fi" : "xml";
+}
+
+// True when --help was asked for.
+bool ParseConvert(int argc, char** argv, ConvertOptions& options) {
+    std::vector<std::string> files;
+    for (int i = 2; i < argc; ++i) {
+        const std::string arg = argv[i];
+        auto value = [&]() -> std::string {
+            if (i + 1 >= argc) throw UsageError{"option " + arg + " needs a value"};
+            return argv[++i];
+        };
+        if (arg == "--help" || arg == "-h") return true;
+        if (arg == "--to") {
+            options.to = value();
+            if (options.to != "xml" && options.to != "fi")
+                throw UsageError{"--to takes xml or fi, not '" + options.to + "'"};
+        } else if (arg == "--gzip" || arg == "--zlib") {
+            const Compression asked = arg == "--gzip" ? Compression::GZip : Compression::ZLib;
+            if (options.compression != Compression::None && options.compression != asked)
+                throw UsageError{"--gzip and --zlib exclude each other"};
+            options.compression = asked;
+        } else if (arg == "--encoding") {
+            options.encoding = value();
+            if (options.encoding != "utf-8" && options.encoding != "utf-16")
+                throw UsageError{"--encoding takes utf-8 or utf-16, not '" + options.encoding + "'"};
+            options.xmlOnly.push_back(arg);
+        } else if (arg == "--crlf" || arg == "--compact" || arg == "--no-declaration") {
+            (arg == "--crlf" ? options.crlf : arg == "--compact" ? options.compact : options.noDeclaration) = true;
+            options.xmlOnly.push_back(arg);
+        } else if (arg == "--fi-suggested") {
+            options.fiSuggested = true;
+        } else if (arg == "--fi-max-add") {
+            const std::string number = value();
+            char* end = nullptr;
+            errno = 0;
+            const unsigned long long parsed = std::strtoull(number.c_str(), &end, 10);
+            if (number.empty() || number[0] == '-' || *end != '\0' || errno != 0 || parsed > 0xFFFFFFFFull)
+                throw UsageError{"--fi-max-add takes a number, not '" + number + "'"};
+            options.fiMaxAdd = static_cast<unsigned long>(parsed);
+            options.fiMaxAddGiven = true;
+        } else if (arg.size() > 1 && arg[0] == '-') {
+            throw UsageError{"unknown option " + arg};
+        } else {
+            files.push_back(arg);
+        }
+    }
+    if (files.size() != 2) throw UsageError{"convert needs INPUT and OUTPUT"};
+    options.input = files[0];
+    options.output = files[1];
+    if (options.to.empty()) options.to = OutputFormatFromName(options.output);
+    if (options.to == "fi" && !options.xmlOnly.empty())
+        throw UsageError{options.xmlOnly.front() + " applies to XML output only"};
+    if (options.to == "xml" && (options.fiSuggested || options.fiMaxAddGiven))
+        throw UsageError{"--fi options apply to Fast Infoset output only"};
+    return false;
+}
+
+int Convert(int argc, char** argv) {
+    ConvertOptions options;
+    if (ParseConvert(argc, argv, options)) {
+        std::fputs(kConvertHelp, stdout);
+        return 0;
+    }
+    const std::string name = DisplayName(options.input);
+    Input input = Decompress(ReadInput(options.input));
+    CXmlDocument document;
+    CBinaryData output;
+    try {
+        Load(document, input, name);
+    } catch (const CQvException& error) {
+        throw IoError{name + ": " + error.GetFullMessage()};
+    }
+    const PrefixMap prefixes = DocumentPrefixes(document, input);
+    input.bytes = Bytes(); // the tree holds its own copy of everything
+    const std::string outName = options.output == "-" ? "<stdout>" : options.output;
+    try {
+        const bool progress = ShowProgress(input.fileSize);
+        if (progress) Progress("writing", outName);
+        output = options.to == "fi" ? WriteFastInfoset(document.GetDocumentElement(), prefixes, options)
+                                    : WriteXml(document.GetDocumentElement(), prefixes, options);
+        document.Cleanup();
+        if (options.compression != Compression::None)
+            CQvZip().CompressData(output, options.compression == Compression::GZip ? CompressionType_GZip
+                                                                                   : CompressionType_ZLib);
+        if (progress) EndProgress();
+    } catch (const CQvException& error) {
+        throw IoError{outName + ": " + error.GetFullMessage()};
+    }
+    WriteOutput(options.output, output.GetData(), output.GetLength());
+    return 0;
+}
+
+// Counts of one pass over the tree.
+struct Statistics {
+    unsigned long long elements = 0;
+    unsigned long long attributes = 0;
+    unsigned long long texts = 0;
+    unsigned long long mixed = 0;
+    unsigned long long maxDepth = 0;
+    std::set<std::pair<std::string, std::string>> names;
+    std::set<std::string> namespaces;
+};
+
+void Gather(const CXmlElement* root, Statistics& stats) {
+    std::vector<std::pair<const CXmlElement*, unsigned long long>> pending{{root, 1}};
+    while (!pending.empty()) {
+        const auto [element, depth] = pending.back();
+        pending.pop_back();
+        ++stats.elements;
+        if (depth > stats.maxDepth) stats.maxDepth = depth;
+        stats.names.emplace(element->GetNamespaceURI(), element->GetLocalName());
+        if (!element->GetNamespaceURI().empty()) stats.namespaces.insert(element->GetNamespaceURI());
+        for (const auto& attribute : element->GetAttributes()) {
+            ++stats.attributes;
+            stats.names.emplace(attribute->GetNamespaceURI(), attribute->GetLocalName());
+            if (!attribute->GetNamespaceURI().empty()) stats.namespaces.insert(attribute->GetNamespaceURI());
+        }
+        const CXmlElement* child = element->GetFirstElement();
+        if (!IsWhitespace(element->GetText())) {
+            ++stats.texts;
+            if (child) ++stats.mixed;
+        }
+        for (; child; child = child->GetNextSiblingElement()) pending.emplace_back(child, depth + 1);
+    }
+}
+
+const char* FormName(const Input& input) {
+    static const char* const kNames[3][2] = {{"XML text", "Fast Infoset"},
+                                             {"gzip of XML text", "gzip of Fast Infoset"},
+                                             {"zlib of XML text", "zlib of Fast Infoset"}};
+    return kNames[static_cast<int>(input.compression)][input.fastInfoset ? 1 : 0];
+}
+
+int Inspect(int argc, char** argv) {
+    std::vector<std::string> files;
+    for (int i = 2; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--help" || arg == "-h") {
+            std::fputs(kInspectHelp, stdout);
+            return 0;
+        }
+        if (arg.size() > 1 && arg[0] == '-') throw UsageError{"unknown option " + arg};
+        files.push_back(arg);
+    }
+    if (files.size() != 1) throw UsageError{"inspect needs one INPUT"};
+    const std::string name = DisplayName(files[0]);
+    Input input = Decompress(ReadInput(files[0]));
+    CXmlDocument document;
+    try {
+        Load(document, input, name);
+    } catch (const CQvException& error) {
+        throw IoError{name + ": " + error.GetFullMessage()};
+    }
+    const PrefixMap prefixes = DocumentPrefixes(document, input);
+    Statistics stats;
+    Gather(document.GetDocumentElement(), stats);
+    std::printf("form: %s\n", FormName(input));
+    std::printf("size: %llu bytes\n", input.fileSize);
+    if (input.compression != Compression::None)
+        std::printf("decompressed size: %llu bytes\n", static_cast<unsigned long long>(input.bytes.length));
+    std::printf("elements: %llu\nattributes: %llu\ntexts: %llu\nmaximum depth: %llu\ndistinct names: %zu\n",
+                stats.elements, stats.attributes, stats.texts, stats.maxDepth, stats.names.size());
+    for (const auto& entry : prefixes) stats.namespaces.insert(entry.first);
+    std::printf("namespaces: %zu\n", stats.namespaces.size());
+    for (const std::string& uri : stats.namespaces) {
+        std::string shown;
+        const auto found = prefixes.find(uri);
+        if (found != prefixes.end())
+            for (const std::string& prefix : found->second)
+                shown += (shown.empty() ? " (" : ", ") + (prefix.empty() ? std::string("default") : prefix);
+        std::printf("  %s%s%s\n", uri.c_str(), shown.c_str(), shown.empty() ? "" : ")");
+    }
+    std::printf("mixed content: %llu elements\n", stats.mixed);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_ALL, "");
+    try {
+        const std::string command = argc > 1 ? argv[1] : "";
+        if (command == "--help" || command == "-h") {
+            std::fputs(kMainHelp, stdout);
+            return 0;
+        }
+        if (command == "--version") {
+            std::printf("qvxml %s\n", QVXML_TOOL_VERSION);
+            return 0;
+        }
+        if (command == "convert") return Convert(argc, argv);
+        if (command == "inspect") return Inspect(argc, argv);
+        throw UsageError{command.empty() ? "no command given" : "unknown command '" + command + "'"};
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "qvxml: %s\nTry 'qvxml --help'.\n", error.message.c_str());
+        return 2;
+    } catch (const IoError& error) {
+        std::fprintf(stderr, "qvxml: %s\n", error.message.c_str());
+        return 1;
+    } catch (const CQvException& error) {
+        std::fprintf(stderr, "qvxml: %s\n", error.GetFullMessage().c_str());
+        return 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "qvxml: %s\n", error.what());
+        return 1;
+    }
+}
