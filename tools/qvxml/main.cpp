@@ -291,7 +291,14 @@ CBinaryData WriteXml(const CXmlElement* root, const PrefixMap& prefixes, const C
     DeclareNamespaces(writer, prefixes);
     WriteTree(writer, root);
     writer.Close();
-    return stream.GetEncodedStream();
+    if (options.encoding != "utf-16") return stream.GetEncodedStream();
+    // UTF-16 text begins with its byte order mark, as the library's own files do; a
+    // compressed file carries it inside.
+    CBinaryData bytes;
+    bytes.Append(static_cast<unsigned char>(0xFF));
+    bytes.Append(static_cast<unsigned char>(0xFE));
+    bytes.Append(stream.GetEncodedStream());
+    return bytes;
 }
 
 CBinaryData WriteFastInfoset(const CXmlElement* root, const PrefixMap& prefixes, const ConvertOptions& options) {
@@ -493,7 +500,7 @@ int Inspect(int argc, char** argv) {
                 shown += (shown.empty() ? " (" : ", ") + (prefix.empty() ? std::string("default") : prefix);
         std::printf("  %s%s%s\n", uri.c_str(), shown.c_str(), shown.empty() ? "" : ")");
     }
-    std::printf("mixed content: %llu elements\n", stats.mixed);
+    std::printf("elements with mixed content: %llu\n", stats.mixed);
     return 0;
 }
 
