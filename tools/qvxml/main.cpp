@@ -114,13 +114,77 @@ Bytes ReadInput(const std::string& path) {
     return bytes;
 }
 
-void WriteOutput(const std::string& path, const unsigned char* data, unsigned long length) {
-    FILE* file = path == "-" ? stdout : std::fopen(path.c_str(), "wb");
-    if (!file) throw IoError{"cannot open " + path + ": " + std::strerror(errno)};
-    const bool written = std::fwrite(data, 1, length, file) == length;
-    const bool closed = file == stdout ? std::fflush(file) == 0 : std::fclose(file) == 0;
-    if (!written || !closed) throw IoError{"cannot write " + (path == "-" ? std::string("<stdout>") : path)};
-}
+// The output file or standard output, opened at the first write. A file left unfinished
+// by a failure is removed.
+class COutputFile {
+public:
+    explicit COutputFile(std::string path) : m_path(std::move(path)) {}
+    ~COutputFile() {
+        if (m_pFile && m_pFile != stdout) {
+            std::fclose(m_pFile);
+            std::remove(m_path.c_str());
+        }
+    }
+    COutputFile(const COutputFile&) = delete;
+    COutputFile& operator=(const COutputFile&) = delete;
+
+    const std::string& Name() const { return m_name; }
+
+    void Write(const unsigned char* data, unsigned long length) {
+        Open();
+        if (std::fwrite(data, 1, length, m_pFile) != length) throw IoError{"cannot write " + m_name};
+    }
+    void Finish() {
+        Open();
+        FILE* const file = m_pFile;
+        m_pFile = nullptr;
+        if (file == stdout ? std::fflush(file) != 0 : std::fclose(file) != 0) throw IoError{"cannot write " + m_name};
+    }
+
+private:
+    void Open() {
+        if (m_pFile) return;
+        m_pFile = m_path == "-" ? stdout : std::fopen(m_path.c_str(), "wb");
+        if (!m_pFile) throw IoError{"cannot open " + m_path + ": " + std::strerror(errno)};
+    }
+
+    std::string m_path;
+    std::string m_name = m_path == "-" ? "<stdout>" : m_path;
+    FILE* m_pFile = nullptr;
+};
+
+// Where encoded output goes: straight to the file, or collected for compression.
+class COutputSink {
+public:
+    COutputSink(COutputFile& file, bool collect) : m_file(file), m_collect(collect) {}
+    void Put(const CBinaryData& bytes) {
+        if (m_collect)
+            m_collected.Append(bytes);
+        else
+            m_file.Write(bytes.GetData(), bytes.GetLength());
+    }
+    CBinaryData& Collected() { return m_collected; }
+
+private:
+    COutputFile& m_file;
+    bool m_collect;
+    CBinaryData m_collected;
+};
+
+// A text sink that hands its text on, encoded, whenever the writer flushes, so that the
+// whole text is never held at once.
+class CPassingTextStream : public CTextStream {
+public:
+    CPassingTextStream(XmlEncoding encoding, COutputSink& sink) : CTextStream(encoding), m_sink(sink) {}
+    void Flush() override {
+        if (GetLength() == 0) return;
+        m_sink.Put(GetEncodedStream());
+        m_buffer.Empty();
+    }
+
+private:
+    COutputSink& m_sink;
+};
 
 // ---------------------------------------------------------------------------------------------
 // What a loaded document is made of
@@ -281,27 +345,30 @@ struct ConvertOptions {
     std::vector<std::string> xmlOnly; // XML options given, for the check against --to fi
 };
 
-CBinaryData WriteXml(const CXmlElement* root, const PrefixMap& prefixes, const ConvertOptions& options) {
-    CTextStream stream(options.encoding == "utf-16" ? XmlEncoding_UTF16 : XmlEncoding_UTF8);
+// Both writers free the tree as soon as it is written.
+void WriteXml(CXmlDocument& document, const PrefixMap& prefixes, const ConvertOptions& options, COutputSink& sink) {
+    const bool utf16 = options.encoding == "utf-16";
+    if (utf16) {
+        // UTF-16 text begins with its byte order mark, as the library's own files do; a
+        // compressed file carries it inside.
+        unsigned char mark[2] = {0xFF, 0xFE};
+        sink.Put(CBinaryData(mark, 2, false));
+    }
+    CPassingTextStream stream(utf16 ? XmlEncoding_UTF16 : XmlEncoding_UTF8, sink);
     CXmlTextWriter writer(stream);
     writer.Open();
     writer.SetFormat(!options.compact);
     writer.SetEOLType(options.crlf ? EOLType_CRLF : EOLType_LF);
     if (!options.noDeclaration) writer.WriteStartDocument();
     DeclareNamespaces(writer, prefixes);
-    WriteTree(writer, root);
+    WriteTree(writer, document.GetDocumentElement());
     writer.Close();
-    if (options.encoding != "utf-16") return stream.GetEncodedStream();
-    // UTF-16 text begins with its byte order mark, as the library's own files do; a
-    // compressed file carries it inside.
-    CBinaryData bytes;
-    bytes.Append(static_cast<unsigned char>(0xFF));
-    bytes.Append(static_cast<unsigned char>(0xFE));
-    bytes.Append(stream.GetEncodedStream());
-    return bytes;
+    document.Cleanup();
+    stream.Flush();
 }
 
-CBinaryData WriteFastInfoset(const CXmlElement* root, const PrefixMap& prefixes, const ConvertOptions& options) {
+void WriteFastInfoset(CXmlDocument& document, const PrefixMap& prefixes, const ConvertOptions& options,
+                      COutputSink& sink) {
     CFastInfosetContext context;
     if (options.fiSuggested) context.SetSuggestedValues();
     if (options.fiMaxAddGiven) {
@@ -313,10 +380,11 @@ CBinaryData WriteFastInfoset(const CXmlElement* root, const PrefixMap& prefixes,
     writer.Open();
     writer.WriteStartDocument(FInfoDecl_None);
     DeclareNamespaces(writer, prefixes);
-    WriteTree(writer, root);
+    WriteTree(writer, document.GetDocumentElement());
+    document.Cleanup();
     writer.WriteEndDocument();
     writer.Close();
-    return stream.GetBinaryStream();
+    sink.Put(stream.GetBinaryStream());
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -394,7 +462,6 @@ int Convert(int argc, char** argv) {
     const std::string name = DisplayName(options.input);
     Input input = Decompress(ReadInput(options.input));
     CXmlDocument document;
-    CBinaryData output;
     try {
         Load(document, input, name);
     } catch (const CQvException& error) {
@@ -402,21 +469,25 @@ int Convert(int argc, char** argv) {
     }
     const PrefixMap prefixes = DocumentPrefixes(document, input);
     input.bytes = Bytes(); // the tree holds its own copy of everything
-    const std::string outName = options.output == "-" ? "<stdout>" : options.output;
+    COutputFile file(options.output);
     try {
         const bool progress = ShowProgress(input.fileSize);
-        if (progress) Progress("writing", outName);
-        output = options.to == "fi" ? WriteFastInfoset(document.GetDocumentElement(), prefixes, options)
-                                    : WriteXml(document.GetDocumentElement(), prefixes, options);
-        document.Cleanup();
-        if (options.compression != Compression::None)
-            CQvZip().CompressData(output, options.compression == Compression::GZip ? CompressionType_GZip
-                                                                                   : CompressionType_ZLib);
+        if (progress) Progress("writing", file.Name());
+        COutputSink sink(file, options.compression != Compression::None);
+        if (options.to == "fi")
+            WriteFastInfoset(document, prefixes, options, sink);
+        else
+            WriteXml(document, prefixes, options, sink);
+        if (options.compression != Compression::None) {
+            CQvZip().CompressData(sink.Collected(), options.compression == Compression::GZip ? CompressionType_GZip
+                                                                                             : CompressionType_ZLib);
+            file.Write(sink.Collected().GetData(), sink.Collected().GetLength());
+        }
         if (progress) EndProgress();
     } catch (const CQvException& error) {
-        throw IoError{outName + ": " + error.GetFullMessage()};
+        throw IoError{file.Name() + ": " + error.GetFullMessage()};
     }
-    WriteOutput(options.output, output.GetData(), output.GetLength());
+    file.Finish();
     return 0;
 }
 
