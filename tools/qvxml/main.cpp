@@ -233,9 +233,10 @@ Input Decompress(Bytes raw) {
     return input;
 }
 
-// The prefixes the text declares ("xmlns:p="), found by a scan of the bytes; the document's
-// alias map tells what each stands for. NUL bytes are skipped, so that UTF-16 text works too.
-std::set<std::string> DeclaredPrefixes(const Bytes& bytes) {
+// The prefixes the text declares (xmlns:p="uri"), found by a scan of the bytes, each with
+// the URI of its last declaration as written. NUL bytes are skipped, so that UTF-16 text
+// works too.
+std::map<std::string, std::string> DeclaredPrefixes(const Bytes& bytes) {
     std::string text;
     std::string_view view(reinterpret_cast<const char*>(bytes.data.get()), bytes.length);
     if (view.find('\0') != std::string_view::npos) {
@@ -244,14 +245,16 @@ std::set<std::string> DeclaredPrefixes(const Bytes& bytes) {
             if (c != '\0') text += c;
         view = text;
     }
-    std::set<std::string> prefixes;
+    std::map<std::string, std::string> prefixes;
     constexpr std::string_view kMarker = "xmlns:";
     for (size_t at = view.find(kMarker); at != std::string_view::npos; at = view.find(kMarker, at + 1)) {
-        size_t end = at + kMarker.size();
-        while (end < view.size() && view[end] != '=' && view[end] != ' ' && view[end] != '\t' && view[end] != '\n' &&
-               view[end] != '\r' && view[end] != '>' && view[end] != '/' && view[end] != '"' && view[end] != '\'')
-            ++end;
-        if (end > at + kMarker.size()) prefixes.emplace(view.substr(at + kMarker.size(), end - at - kMarker.size()));
+        const size_t start = at + kMarker.size();
+        const size_t end = view.find_first_of("= \t\r\n>/\"'", start);
+        if (end == std::string_view::npos || end == start) continue;
+        const size_t quote = view.find_first_of("\"'", end);
+        const size_t close = quote == std::string_view::npos ? quote : view.find(view[quote], quote + 1);
+        if (close == std::string_view::npos) continue;
+        prefixes[std::string(view.substr(start, end - start))] = view.substr(quote + 1, close - quote - 1);
     }
     return prefixes;
 }
@@ -263,11 +266,14 @@ bool IsWhitespace(const std::string& text) {
 // Namespace URI to the prefixes the document declares for it; "" stands for the default.
 using PrefixMap = std::map<std::string, std::vector<std::string>>;
 
+// The prefixes of the document's alias map; while the document is still being read, a
+// prefix not declared yet takes the URI the scan found for it.
 PrefixMap DocumentPrefixes(const CXmlDocument& document, const Input& input) {
     PrefixMap prefixes;
     if (input.fastInfoset) return prefixes; // the Fast Infoset reader keeps no prefixes
-    for (const std::string& prefix : DeclaredPrefixes(input.bytes)) {
-        const std::string uri = document.LookupNamespaceFromAlias(prefix.c_str());
+    for (const auto& [prefix, scanned] : DeclaredPrefixes(input.bytes)) {
+        std::string uri = document.LookupNamespaceFromAlias(prefix.c_str());
+        if (uri.empty()) uri = scanned;
         if (!uri.empty()) prefixes[uri].push_back(prefix);
     }
     const std::string defaultNamespace = document.LookupNamespaceFromAlias("");
@@ -301,11 +307,11 @@ void DeclareNamespaces(CXmlWriter& writer, const PrefixMap& prefixes) {
 }
 
 // Writes the tree without recursion, so that depth costs no stack. The text of an element
-// with children goes before them; whitespace between children is left to the writer's
-// own layout.
-void WriteTree(CXmlWriter& writer, const CXmlElement* root) {
+// with children goes in front of them; whitespace-only text between children is left to
+// the writer's own layout.
+void WriteTree(CXmlWriter& writer, const CXmlElement* top) {
     std::vector<const CXmlElement*> open;
-    const CXmlElement* element = root;
+    const CXmlElement* element = top;
     for (;;) {
         writer.WriteStartElement(element->GetLocalName(), element->GetNamespaceURI());
         for (const auto& attribute : element->GetAttributes())
@@ -345,46 +351,101 @@ struct ConvertOptions {
     std::vector<std::string> xmlOnly; // XML options given, for the check against --to fi
 };
 
-// Both writers free the tree as soon as it is written.
-void WriteXml(CXmlDocument& document, const PrefixMap& prefixes, const ConvertOptions& options, COutputSink& sink) {
-    const bool utf16 = options.encoding == "utf-16";
-    if (utf16) {
-        // UTF-16 text begins with its byte order mark, as the library's own files do; a
-        // compressed file carries it inside.
-        unsigned char mark[2] = {0xFF, 0xFE};
-        sink.Put(CBinaryData(mark, 2, false));
+// One conversion: the writer of the output format on its sink.
+class CConversion {
+public:
+    CConversion(const ConvertOptions& options, COutputSink& sink) : m_sink(sink) {
+        if (options.to == "fi") {
+            if (options.fiSuggested) m_fiContext.SetSuggestedValues();
+            if (options.fiMaxAddGiven) {
+                m_fiContext.SetAttributeMaxAddLength(options.fiMaxAdd);
+                m_fiContext.SetElementMaxAddLength(options.fiMaxAdd);
+            }
+            m_pFiWriter = std::make_unique<CFastInfosetWriter>(m_fiContext, m_binary);
+            return;
+        }
+        const bool utf16 = options.encoding == "utf-16";
+        if (utf16) {
+            // UTF-16 text begins with its byte order mark, as the library's own files do; a
+            // compressed file carries it inside.
+            unsigned char mark[2] = {0xFF, 0xFE};
+            sink.Put(CBinaryData(mark, 2, false));
+        }
+        m_pText = std::make_unique<CPassingTextStream>(utf16 ? XmlEncoding_UTF16 : XmlEncoding_UTF8, sink);
+        m_pTextWriter = std::make_unique<CXmlTextWriter>(*m_pText);
+        m_pTextWriter->SetFormat(!options.compact);
+        m_pTextWriter->SetEOLType(options.crlf ? EOLType_CRLF : EOLType_LF);
+        m_declaration = !options.noDeclaration;
     }
-    CPassingTextStream stream(utf16 ? XmlEncoding_UTF16 : XmlEncoding_UTF8, sink);
-    CXmlTextWriter writer(stream);
-    writer.Open();
-    writer.SetFormat(!options.compact);
-    writer.SetEOLType(options.crlf ? EOLType_CRLF : EOLType_LF);
-    if (!options.noDeclaration) writer.WriteStartDocument();
-    DeclareNamespaces(writer, prefixes);
-    WriteTree(writer, document.GetDocumentElement());
-    writer.Close();
-    document.Cleanup();
-    stream.Flush();
-}
 
-void WriteFastInfoset(CXmlDocument& document, const PrefixMap& prefixes, const ConvertOptions& options,
-                      COutputSink& sink) {
-    CFastInfosetContext context;
-    if (options.fiSuggested) context.SetSuggestedValues();
-    if (options.fiMaxAddGiven) {
-        context.SetAttributeMaxAddLength(options.fiMaxAdd);
-        context.SetElementMaxAddLength(options.fiMaxAdd);
+    CXmlWriter& Writer() { return m_pFiWriter ? static_cast<CXmlWriter&>(*m_pFiWriter) : *m_pTextWriter; }
+
+    // Everything in front of the root element.
+    void Begin(const PrefixMap& prefixes) {
+        if (m_pFiWriter) {
+            m_pFiWriter->Open();
+            m_pFiWriter->WriteStartDocument(FInfoDecl_None);
+        } else {
+            m_pTextWriter->Open();
+            if (m_declaration) m_pTextWriter->WriteStartDocument();
+        }
+        DeclareNamespaces(Writer(), prefixes);
     }
-    CBinaryStream stream;
-    CFastInfosetWriter writer(context, stream);
-    writer.Open();
-    writer.WriteStartDocument(FInfoDecl_None);
-    DeclareNamespaces(writer, prefixes);
-    WriteTree(writer, document.GetDocumentElement());
-    document.Cleanup();
-    writer.WriteEndDocument();
-    writer.Close();
-    sink.Put(stream.GetBinaryStream());
+
+    void End() {
+        if (m_pFiWriter) {
+            m_pFiWriter->WriteEndDocument();
+            m_pFiWriter->Close();
+            m_sink.Put(m_binary.GetBinaryStream());
+        } else {
+            m_pTextWriter->Close();
+            m_pText->Flush();
+        }
+    }
+
+private:
+    COutputSink& m_sink;
+    bool m_declaration = false;
+    CFastInfosetContext m_fiContext;
+    CBinaryStream m_binary;
+    std::unique_ptr<CFastInfosetWriter> m_pFiWriter;
+    std::unique_ptr<CPassingTextStream> m_pText;
+    std::unique_ptr<CXmlTextWriter> m_pTextWriter;
+};
+
+// Text input is written while it is read: each child of the root goes out when its end
+// tag has been read and then leaves the tree, so that the tree never holds more than one
+// of them. The element hook of the document takes no argument of its own, hence the
+// pointer to the conversion in progress.
+struct StreamingState {
+    CXmlDocument* document;
+    CConversion* conversion;
+    const Input* input;
+    std::string outputName;
+    bool rootStarted;
+};
+StreamingState* g_pStreaming = nullptr;
+
+bool StreamChildOfRoot(CXmlElement* element) {
+    StreamingState& state = *g_pStreaming;
+    const CXmlElement* root = state.document->GetDocumentElement();
+    // Earlier children are gone, so a child of the root is its first one.
+    if (element == root || root->GetFirstElement() != element) return false;
+    try {
+        CXmlWriter& writer = state.conversion->Writer();
+        if (!state.rootStarted) {
+            state.conversion->Begin(DocumentPrefixes(*state.document, *state.input));
+            writer.WriteStartElement(root->GetLocalName(), root->GetNamespaceURI());
+            for (const auto& attribute : root->GetAttributes())
+                writer.WriteAttributeString(attribute->GetLocalName(), attribute->GetNamespaceURI(),
+                                            attribute->GetValue(), ItemType_string);
+            state.rootStarted = true;
+        }
+        WriteTree(writer, element);
+    } catch (const CQvException& error) {
+        throw IoError{state.outputName + ": " + error.GetFullMessage()};
+    }
+    return true;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -453,6 +514,53 @@ bool ParseConvert(int argc, char** argv, ConvertOptions& options) {
     return false;
 }
 
+// One attempt at a conversion, written while the input is read when `streaming`. The root's
+// text is only complete at its end, and it belongs in front of the children: a streamed
+// document whose root has text answers false, having written nothing, for a second attempt
+// on the whole tree.
+bool ConvertOnce(const ConvertOptions& options, Input& input, const std::string& name, COutputFile& file,
+                 bool streaming) {
+    COutputSink sink(file, streaming || options.compression != Compression::None);
+    CConversion conversion(options, sink);
+    CXmlDocument document(streaming ? &StreamChildOfRoot : nullptr);
+    StreamingState state{&document, &conversion, &input, file.Name(), false};
+    g_pStreaming = &state;
+    try {
+        Load(document, input, name);
+        g_pStreaming = nullptr;
+    } catch (const CQvException& error) {
+        g_pStreaming = nullptr;
+        throw IoError{name + ": " + error.GetFullMessage()};
+    } catch (...) {
+        g_pStreaming = nullptr;
+        throw;
+    }
+    try {
+        const bool progress = ShowProgress(input.fileSize);
+        if (progress) Progress("writing", file.Name());
+        const CXmlElement* root = document.GetDocumentElement();
+        if (state.rootStarted) {
+            if (!IsWhitespace(root->GetText())) return false;
+            conversion.Writer().WriteEndElement();
+        } else {
+            conversion.Begin(DocumentPrefixes(document, input));
+            input.bytes = Bytes(); // the tree holds its own copy of everything
+            WriteTree(conversion.Writer(), root);
+        }
+        input.bytes = Bytes();
+        document.Cleanup();
+        conversion.End();
+        if (options.compression != Compression::None)
+            CQvZip().CompressData(sink.Collected(), options.compression == Compression::GZip ? CompressionType_GZip
+                                                                                             : CompressionType_ZLib);
+        file.Write(sink.Collected().GetData(), sink.Collected().GetLength());
+        if (progress) EndProgress();
+    } catch (const CQvException& error) {
+        throw IoError{file.Name() + ": " + error.GetFullMessage()};
+    }
+    return true;
+}
+
 int Convert(int argc, char** argv) {
     ConvertOptions options;
     if (ParseConvert(argc, argv, options)) {
@@ -461,32 +569,9 @@ int Convert(int argc, char** argv) {
     }
     const std::string name = DisplayName(options.input);
     Input input = Decompress(ReadInput(options.input));
-    CXmlDocument document;
-    try {
-        Load(document, input, name);
-    } catch (const CQvException& error) {
-        throw IoError{name + ": " + error.GetFullMessage()};
-    }
-    const PrefixMap prefixes = DocumentPrefixes(document, input);
-    input.bytes = Bytes(); // the tree holds its own copy of everything
     COutputFile file(options.output);
-    try {
-        const bool progress = ShowProgress(input.fileSize);
-        if (progress) Progress("writing", file.Name());
-        COutputSink sink(file, options.compression != Compression::None);
-        if (options.to == "fi")
-            WriteFastInfoset(document, prefixes, options, sink);
-        else
-            WriteXml(document, prefixes, options, sink);
-        if (options.compression != Compression::None) {
-            CQvZip().CompressData(sink.Collected(), options.compression == Compression::GZip ? CompressionType_GZip
-                                                                                             : CompressionType_ZLib);
-            file.Write(sink.Collected().GetData(), sink.Collected().GetLength());
-        }
-        if (progress) EndProgress();
-    } catch (const CQvException& error) {
-        throw IoError{file.Name() + ": " + error.GetFullMessage()};
-    }
+    // The element hook sees text input only; Fast Infoset input is read whole.
+    if (!ConvertOnce(options, input, name, file, !input.fastInfoset)) ConvertOnce(options, input, name, file, false);
     file.Finish();
     return 0;
 }
