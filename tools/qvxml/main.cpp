@@ -33,23 +33,22 @@ const char kMainHelp[] = "Usage: qvxml COMMAND [options]\n"
                          "  qvxml COMMAND --help             help on a command\n"
                          "  qvxml --version                  the version\n";
 
-const char kConvertHelp[] =
-    "Usage: qvxml convert INPUT OUTPUT [options]\n"
-    "\n"
-    "Reads XML text or Fast Infoset, plain, gzip or zlib (recognised from the bytes),\n"
-    "and writes it in the form asked for. '-' is standard input or output.\n"
-    "\n"
-    "Options:\n"
-    "  --to xml|fi              output format (default: fi for an OUTPUT ending in .fi\n"
-    "                           or .finf, else xml)\n"
-    "  --gzip                   compress the output with gzip\n"
-    "  --zlib                   compress the output with zlib\n"
-    "  --encoding utf-8|utf-16  character encoding of XML output (default utf-8)\n"
-    "  --crlf                   end XML lines with CR LF\n"
-    "  --compact                no indentation or line breaks in XML output\n"
-    "  --no-declaration         no XML declaration\n"
-    "  --fi-suggested           Fast Infoset with the suggested encodings of values\n"
-    "  --fi-max-add N           longest Fast Infoset value entered in the value tables\n";
+const char kConvertHelp[] = "Usage: qvxml convert INPUT OUTPUT [options]\n"
+                            "\n"
+                            "Reads XML text or Fast Infoset, plain, gzip or zlib (recognised from the bytes),\n"
+                            "and writes it in the form asked for. '-' is standard input or output.\n"
+                            "\n"
+                            "Options:\n"
+                            "  --to xml|fi              output format (default: fi for an OUTPUT ending in .fi\n"
+                            "                           or .finf, else xml)\n"
+                            "  --gzip                   compress the output with gzip\n"
+                            "  --zlib                   compress the output with zlib\n"
+                            "  --encoding utf-8|utf-16  character encoding of XML output (default utf-8)\n"
+                            "  --crlf                   end XML lines with CR LF\n"
+                            "  --compact                no indentation or line breaks in XML output\n"
+                            "  --no-declaration         no XML declaration\n"
+                            "  --fi-suggested           Fast Infoset with the suggested encodings of values\n"
+                            "  --fi-max-add N           longest Fast Infoset value entered in the value tables\n";
 
 const char kInspectHelp[] = "Usage: qvxml inspect INPUT\n"
                             "\n"
@@ -132,7 +131,7 @@ public:
 
     void Write(const unsigned char* data, unsigned long length) {
         Open();
-        if (std::fwrite(data, 1, length, m_pFile) != length) throw IoError{"cannot write " + m_name};
+        if (length != 0 && std::fwrite(data, 1, length, m_pFile) != length) throw IoError{"cannot write " + m_name};
     }
     void Finish() {
         Open();
@@ -259,9 +258,7 @@ std::map<std::string, std::string> DeclaredPrefixes(const Bytes& bytes) {
     return prefixes;
 }
 
-bool IsWhitespace(const std::string& text) {
-    return text.find_first_not_of(" \t\r\n") == std::string::npos;
-}
+bool IsWhitespace(const std::string& text) { return text.find_first_not_of(" \t\r\n") == std::string::npos; }
 
 // Namespace URI to the prefixes the document declares for it; "" stands for the default.
 using PrefixMap = std::map<std::string, std::vector<std::string>>;
@@ -315,8 +312,8 @@ void WriteTree(CXmlWriter& writer, const CXmlElement* top) {
     for (;;) {
         writer.WriteStartElement(element->GetLocalName(), element->GetNamespaceURI());
         for (const auto& attribute : element->GetAttributes())
-            writer.WriteAttributeString(attribute->GetLocalName(), attribute->GetNamespaceURI(),
-                                        attribute->GetValue(), ItemType_string);
+            writer.WriteAttributeString(attribute->GetLocalName(), attribute->GetNamespaceURI(), attribute->GetValue(),
+                                        ItemType_string);
         const CXmlElement* child = element->GetFirstElement();
         const std::string& text = element->GetText();
         if (!text.empty() && !(child && IsWhitespace(text))) writer.WriteString(text, ItemType_string);
@@ -453,8 +450,8 @@ bool StreamChildOfRoot(CXmlElement* element) {
 
 std::string OutputFormatFromName(const std::string& output) {
     auto endsWith = [&](std::string_view suffix) {
-        return output.size() >= suffix.size() && output.compare(output.size() - suffix.size(), suffix.size(),
-                                                                suffix.data(), suffix.size()) == 0;
+        return output.size() >= suffix.size() &&
+               output.compare(output.size() - suffix.size(), suffix.size(), suffix.data(), suffix.size()) == 0;
     };
     return endsWith(".fi") || endsWith(".finf") ? "fi" : "xml";
 }
@@ -606,7 +603,8 @@ void Gather(const CXmlElement* root, Statistics& stats) {
             ++stats.texts;
             if (child) ++stats.mixed;
         }
-        for (; child; child = child->GetNextSiblingElement()) pending.emplace_back(child, depth + 1);
+        for (; child; child = child->GetNextSiblingElement())
+            pending.emplace_back(child, depth + 1);
     }
 }
 
@@ -646,7 +644,8 @@ int Inspect(int argc, char** argv) {
         std::printf("decompressed size: %llu bytes\n", static_cast<unsigned long long>(input.bytes.length));
     std::printf("elements: %llu\nattributes: %llu\ntexts: %llu\nmaximum depth: %llu\ndistinct names: %zu\n",
                 stats.elements, stats.attributes, stats.texts, stats.maxDepth, stats.names.size());
-    for (const auto& entry : prefixes) stats.namespaces.insert(entry.first);
+    for (const auto& entry : prefixes)
+        stats.namespaces.insert(entry.first);
     std::printf("namespaces: %zu\n", stats.namespaces.size());
     for (const std::string& uri : stats.namespaces) {
         std::string shown;
