@@ -14,6 +14,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -573,39 +574,64 @@ int Convert(int argc, char** argv) {
     return 0;
 }
 
-// Counts of one pass over the tree.
+// Counts of the tree, gathered a subtree at a time.
 struct Statistics {
     unsigned long long elements = 0;
     unsigned long long attributes = 0;
     unsigned long long texts = 0;
     unsigned long long mixed = 0;
     unsigned long long maxDepth = 0;
+    unsigned long long rootChildren = 0; // children of the root that were counted and removed
+    // A document keeps each distinct name once, so its address finds most repeats cheaply.
+    std::unordered_set<const std::string*> seen;
     std::set<std::pair<std::string, std::string>> names;
     std::set<std::string> namespaces;
+
+    void Name(const std::string& namespaceUri, const std::string& localName) {
+        if (!seen.insert(&localName).second) return;
+        names.emplace(namespaceUri, localName);
+        if (!namespaceUri.empty()) namespaces.insert(namespaceUri);
+    }
 };
 
-void Gather(const CXmlElement* root, Statistics& stats) {
-    std::vector<std::pair<const CXmlElement*, unsigned long long>> pending{{root, 1}};
+// Counts the subtree under `top`, which stands at `depth`; with `withChildren` false, only the
+// element itself and not its children.
+void Gather(const CXmlElement* top, unsigned long long depth, bool withChildren, Statistics& stats) {
+    std::vector<std::pair<const CXmlElement*, unsigned long long>> pending{{top, depth}};
     while (!pending.empty()) {
-        const auto [element, depth] = pending.back();
+        const auto [element, level] = pending.back();
         pending.pop_back();
         ++stats.elements;
-        if (depth > stats.maxDepth) stats.maxDepth = depth;
-        stats.names.emplace(element->GetNamespaceURI(), element->GetLocalName());
-        if (!element->GetNamespaceURI().empty()) stats.namespaces.insert(element->GetNamespaceURI());
+        if (level > stats.maxDepth) stats.maxDepth = level;
+        stats.Name(element->GetNamespaceURI(), element->GetLocalName());
         for (const auto& attribute : element->GetAttributes()) {
             ++stats.attributes;
-            stats.names.emplace(attribute->GetNamespaceURI(), attribute->GetLocalName());
-            if (!attribute->GetNamespaceURI().empty()) stats.namespaces.insert(attribute->GetNamespaceURI());
+            stats.Name(attribute->GetNamespaceURI(), attribute->GetLocalName());
         }
         const CXmlElement* child = element->GetFirstElement();
         if (!IsWhitespace(element->GetText())) {
             ++stats.texts;
-            if (child) ++stats.mixed;
+            if (child || (element == top && !withChildren)) ++stats.mixed;
         }
+        if (element == top && !withChildren) continue;
         for (; child; child = child->GetNextSiblingElement())
-            pending.emplace_back(child, depth + 1);
+            pending.emplace_back(child, level + 1);
     }
+}
+
+// Text input is counted while it is read, one child of the root at a time.
+struct InspectState {
+    CXmlDocument* document;
+    Statistics* stats;
+};
+InspectState* g_pInspecting = nullptr;
+
+bool CountChildOfRoot(CXmlElement* element) {
+    const CXmlElement* root = g_pInspecting->document->GetDocumentElement();
+    if (element == root || root->GetFirstElement() != element) return false;
+    Gather(element, 2, true, *g_pInspecting->stats);
+    ++g_pInspecting->stats->rootChildren;
+    return true;
 }
 
 const char* FormName(const Input& input) {
@@ -629,15 +655,21 @@ int Inspect(int argc, char** argv) {
     if (files.size() != 1) throw UsageError{"inspect needs one INPUT"};
     const std::string name = DisplayName(files[0]);
     Input input = Decompress(ReadInput(files[0]));
-    CXmlDocument document;
+    CXmlDocument document(input.fastInfoset ? nullptr : &CountChildOfRoot);
+    Statistics stats;
+    InspectState state{&document, &stats};
+    g_pInspecting = &state;
     try {
         Load(document, input, name);
+        g_pInspecting = nullptr;
     } catch (const CQvException& error) {
+        g_pInspecting = nullptr;
         throw IoError{name + ": " + error.GetFullMessage()};
     }
     const PrefixMap prefixes = DocumentPrefixes(document, input);
-    Statistics stats;
-    Gather(document.GetDocumentElement(), stats);
+    // The root last: its text is complete only now, and children counted before make it mixed.
+    const CXmlElement* root = document.GetDocumentElement();
+    Gather(root, 1, stats.rootChildren == 0, stats);
     std::printf("form: %s\n", FormName(input));
     std::printf("size: %llu bytes\n", input.fileSize);
     if (input.compression != Compression::None)
