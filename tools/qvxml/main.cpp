@@ -100,11 +100,15 @@ Bytes ReadInput(const std::string& path) {
     bytes.data.reset(new unsigned char[capacity]);
     for (;;) {
         if (bytes.length == capacity) {
+            // A file of the size announced ends here: no larger copy just to see the end.
+            const int next = std::fgetc(file);
+            if (next == EOF) break;
             const unsigned long grown = capacity * 2;
             std::unique_ptr<unsigned char[]> larger(new unsigned char[grown]);
             std::memcpy(larger.get(), bytes.data.get(), bytes.length);
             bytes.data = std::move(larger);
             capacity = grown;
+            bytes.data[bytes.length++] = static_cast<unsigned char>(next);
         }
         const size_t got = std::fread(bytes.data.get() + bytes.length, 1, capacity - bytes.length, file);
         bytes.length += static_cast<unsigned long>(got);
