@@ -1,18 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <string>
 
-#include "binding/XmlGeneratedClass.h"
-#include "binding/XmlSerializationContext.h"
 #include "binding/metadata/AttributeInfoKinds.h"
-#include "binding/metadata/ParentElementInfo.h"
 #include "collections/AttributeCollections.h"
 #include "document/XmlDocument.h"
-#include "foundation/QvException.h"
 #include "support/TestClasses.h"
-#include "support/TestSupport.h"
-#include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;
