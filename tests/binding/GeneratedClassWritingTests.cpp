@@ -13,18 +13,6 @@ CSmartPtr<CItem> NewItem(long n, const char* label) {
     return item;
 }
 
-TEST(GeneratedClassWriting, SequenceWritesAttributesThenElementsInTableOrder) {
-    CSeqAB object;
-    object.Property(CSeqAB::P_b).SetI4(7);
-    object.Property(CSeqAB::P_a).SetString("x<y");
-    object.Property(CSeqAB::P_id).SetI4(5);
-    EXPECT_EQ("<SeqAB xmlns=\"urn:t\" id=\"5\"><a>x&lt;y</a><b>7</b></SeqAB>", WriteXml(object, InT()));
-    // Properties without a value stay out.
-    object.Property(CSeqAB::P_id).Clear();
-    object.Property(CSeqAB::P_a).Clear();
-    EXPECT_EQ("<SeqAB{urn:t} <b{urn:t} \"7\" /> />", RecordXml(object));
-}
-
 TEST(GeneratedClassWriting, RootAdditionsComeInTheirOrder) {
     CSeqAB object;
     object.Property(CSeqAB::P_a).SetString("x");
@@ -107,25 +95,6 @@ TEST(GeneratedClassWriting, ChoiceWritesTheFirstMemberThatIsSetAndAnEmptyChoiceF
     CChooser chooser;
     chooser.Property(CChooser::P_Inner).SetXmlObject(new CInnerChoice());
     EXPECT_EQ("<Ch{urn:t} <Inner{urn:t} /> />", RecordXml(chooser));
-}
-
-TEST(GeneratedClassWriting, CollectionsAndOptionalChildren) {
-    COrder order;
-    order.Property(COrder::P_code).SetString("c");
-    order.Property(COrder::P_name).SetString("n");
-    order.Collection<CObjectCol>(COrder::P_items)->AppendItem(NewItem(1, "a"));
-    order.Collection<CObjectCol>(COrder::P_items)->AppendItem(NewItem(2, "b"));
-    order.Collection<CStringCol>(COrder::P_tags)->AddFromString("t");
-    EXPECT_EQ("<Order xmlns=\"urn:t\" code=\"c\"><name>n</name><Item n=\"1\"><label>a</label></Item>"
-              "<Item n=\"2\"><label>b</label></Item><tag>t</tag></Order>",
-              WriteXml(order, InT()));
-    CSmartPtr<CItem> extra = NewItem(3, "e");
-    extra->SetElementName("Extra");
-    order.Property(COrder::P_Extra).SetXmlObject(extra);
-    EXPECT_EQ("<Order xmlns=\"urn:t\" code=\"c\"><name>n</name><Item n=\"1\"><label>a</label></Item>"
-              "<Item n=\"2\"><label>b</label></Item><Extra xmlns:AA=\"http://www.w3.org/2001/XMLSchema-instance\" "
-              "AA:type=\"Item\" n=\"3\"><label>e</label></Extra><tag>t</tag></Order>",
-              WriteXml(order, InT()));
 }
 
 TEST(GeneratedClassWriting, CollectionCountIsCheckedUnlessIgnoredAndAttributeFailuresAreWrappedTwice) {
