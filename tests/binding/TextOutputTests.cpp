@@ -67,22 +67,31 @@ TEST(TextOutput, ToXmlAndToXmlStreamFormattedAndUnformatted) {
               "Unknown Encoding, select UTF-8 (contact support@qvxml.example for support)");
 }
 
-TEST(TextOutput, FilesRoundTripAndUtf16FilesBeginWithByteOrderMark) {
-    ScopedAsciiOnly ascii(true); // ASCIIOnly(true): the local code page is UTF-8
+// Files and streams in every encoding give back the same bytes; non-ASCII text survives.
+TEST(TextOutput, FilesAndStreamsRoundTripAndUtf16FilesBeginWithByteOrderMark) {
+    ScopedAsciiOnly ascii(true); // ASCIIOnly(true): the local code page is UTF-8, so non-ASCII text survives
+    const std::string text = "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80";
+    const std::string source = std::string(SOURCE).replace(std::string(SOURCE).find("table"), 5, text);
     const std::string path = testing::TempDir() + "qvxml-output.xml";
     for (XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoDecl}) {
         CHandOrder first;
-        first.FromXml(SOURCE);
+        first.FromXml(source.c_str());
         first.ToXmlFile(path.c_str(), true, false, encoding, EOLType_CRLF);
         const std::string firstFile = ReadFile(path);
+        const CBinaryData stream = first.ToXmlStream(true, false, encoding, EOLType_CRLF);
         const bool utf16 = encoding != XmlEncoding_UTF8;
         EXPECT_EQ(firstFile.substr(0, 2), utf16 ? std::string("\xFF\xFE") : std::string("<?")) << encoding;
-        EXPECT_EQ(firstFile.substr(utf16 ? 2 : 0), Bytes(first.ToXmlStream(true, false, encoding, EOLType_CRLF)));
+        EXPECT_EQ(firstFile.substr(utf16 ? 2 : 0), Bytes(stream));
 
         CHandOrder second;
         second.FromXmlFile(path.c_str());
         second.ToXmlFile(path.c_str(), true, false, encoding, EOLType_CRLF);
         EXPECT_EQ(ReadFile(path), firstFile) << encoding;
+        CHandOrder third;
+        third.FromXmlStream(stream);
+        EXPECT_EQ(Bytes(third.ToXmlStream(true, false, encoding, EOLType_CRLF)), Bytes(stream)) << encoding;
+        ASSERT_EQ(third.lines.size(), 2u);
+        EXPECT_EQ(third.lines[1]->description, text) << encoding;
     }
     std::remove(path.c_str());
 }
