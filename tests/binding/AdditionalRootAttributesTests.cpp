@@ -1,13 +1,7 @@
-#include <gtest/gtest.h>
 
-#include <string>
-
-#include "binding/XmlSerializationContext.h"
 #include "collections/AttributeCollections.h"
 #include "collections/Element.h"
 #include "support/TestClasses.h"
-#include "support/TestSupport.h"
-#include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using QvXmlTest::CSeqAB;

@@ -1,28 +1,15 @@
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <sstream>
-#include <string>
 
-#include "binding/XmlGeneratedClass.h"
-#include "binding/XmlSerializationContext.h"
 #include "binding/metadata/AllElementInfo.h"
 #include "collections/Element.h"
-#include "foundation/QvException.h"
 #include "support/TestClasses.h"
-#include "support/TestSupport.h"
-#include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;
 using namespace QvXmlTest;
 
 namespace {
-
-const XmlElementType kElement = XmlElementType_Element;
-const XmlElementType kPseudo = XmlElementType_Pseudo;
-const CPrimitiveRestrictions kNoFacets;
-const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
 // B: the abstract Shape (mandatory) and Spare (optional).
 struct AbstractTables : CTableDefaults {

@@ -1,18 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
 
 #include "binding/ClassfactoryBase.h"
-#include "binding/XmlSerializationContext.h"
 #include "document/XmlDocument.h"
 #include "support/TestClasses.h"
-#include "support/TestSupport.h"
-#include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using QvXmlTest::CItem;
-using QvXmlTest::CSeqAB;
 
 namespace {
 
@@ -26,7 +18,6 @@ public:
         if (GetElementTypeNamespaceUri(element) != QvXmlTest::kNs) return CSmartPtr<CXmlObjectBase>();
         std::string type = GetElementType(element);
         if (type.empty()) type = element->GetLocalName();
-        if (type == "SeqAB") return CSmartPtr<CXmlObjectBase>(new CSeqAB);
         if (type == "Item") return CSmartPtr<CXmlObjectBase>(new CItem);
         return CSmartPtr<CXmlObjectBase>();
     }
@@ -67,15 +58,6 @@ TEST(ClassFactory, APrefixResolvesByItsLastDeclarationInTheDocument) {
     document.LoadXml("<r xmlns:a=\"urn:early\" " XSI "><c xsi:type=\"a:T\"/><d xmlns:a=\"urn:late\"/></r>");
     EXPECT_EQ(CClassfactoryBase::GetElementTypeNamespaceUri(document.GetDocumentElement()->GetFirstElement()),
               "urn:late");
-}
-
-TEST(ClassFactory, TheTypeAttributeSelectsTheClassToRead) {
-    CXmlDocument document;
-    document.LoadXml("<t:Any xmlns:t=\"urn:t\" " XSI "xsi:type=\"t:SeqAB\"><t:a>x</t:a><t:b>1</t:b></t:Any>");
-    CSmartPtr<CXmlObjectBase> object = CTestFactory::CreateFromElement(document.GetDocumentElement());
-    ASSERT_TRUE(object);
-    object->FromXmlElement(document.GetDocumentElement());
-    EXPECT_EQ(object->ToXml(false, false), "<AA:Any xmlns:AA=\"urn:t\"><AA:a>x</AA:a><AA:b>1</AA:b></AA:Any>");
 }
 
 TEST(ClassFactory, AnObjectWrittenUnderAnotherNameComesBackAsItsClass) {

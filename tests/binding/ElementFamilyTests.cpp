@@ -1,18 +1,11 @@
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <memory>
-#include <string>
 
-#include "binding/XmlGeneratedClass.h"
-#include "binding/XmlSerializationContext.h"
 #include "binding/metadata/AllElementInfo.h"
 #include "binding/metadata/ChoiceElementInfo.h"
 #include "binding/metadata/SequenceElementInfo.h"
 #include "collections/Element.h"
 #include "support/TestClasses.h"
-#include "support/TestSupport.h"
-#include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;
@@ -22,12 +15,12 @@ namespace {
 
 using MakeMember = std::function<std::unique_ptr<CElementInfo>(XmlElementType)>;
 
-template <class Member> MakeMember Single() {
-    return [](XmlElementType kind) { return std::unique_ptr<CElementInfo>(new Member("Pair", kNs, 0, kind, nullptr)); };
-}
-
-template <class Member> MakeMember Repeating() {
-    return [](XmlElementType kind) { return std::unique_ptr<CElementInfo>(new Member("Pair", kNs, 1, kind)); };
+// A member named Pair of property 0 (collections: 1) of the given kind; the arguments
+// after the kind follow.
+template <class Member, int Index = 0, class... Args> MakeMember Make(Args... args) {
+    return [=](XmlElementType kind) {
+        return std::unique_ptr<CElementInfo>(new Member("Pair", kNs, Index, kind, args...));
+    };
 }
 
 // The class and abstract class members of every family write the attributes of a
@@ -47,36 +40,19 @@ TEST(ElementFamilies, PseudoChildrenWriteTheirAttributesOnTheEnclosingElement) {
     }
 
     const MakeMember objects[] = {
-        [](XmlElementType kind) {
-            return std::unique_ptr<CElementInfo>(new CElementInfoSeqClsMnd("Pair", kNs, 0, kind, nullptr, 0, true));
-        },
-        [](XmlElementType kind) {
-            return std::unique_ptr<CElementInfo>(new CElementInfoSeqClsOpt("Pair", kNs, 0, kind, nullptr, 0));
-        },
-        Single<CElementInfoSeqAbsClsMnd>(),
-        Single<CElementInfoSeqAbsClsOpt>(),
-        [](XmlElementType kind) {
-            return std::unique_ptr<CElementInfo>(new CElementInfoAllClsMnd("Pair", kNs, 0, kind, nullptr, 0, true));
-        },
-        [](XmlElementType kind) {
-            return std::unique_ptr<CElementInfo>(new CElementInfoAllClsOpt("Pair", kNs, 0, kind, nullptr, 0));
-        },
-        [](XmlElementType kind) {
-            return std::unique_ptr<CElementInfo>(new CElementInfoAllAbsClsMnd("Pair", kNs, 0, kind, nullptr, 0));
-        },
-        Single<CElementInfoAllAbsClsOpt>(),
-        [](XmlElementType kind) {
-            return std::unique_ptr<CElementInfo>(new CElementInfoChoiceClsOpt("Pair", kNs, 0, kind, nullptr, 0));
-        },
-        Single<CElementInfoChoiceAbsClsOpt>(),
+        Make<CElementInfoSeqClsMnd>(nullptr, 0, true), Make<CElementInfoSeqClsOpt>(nullptr, 0),
+        Make<CElementInfoSeqAbsClsMnd>(nullptr),       Make<CElementInfoSeqAbsClsOpt>(nullptr),
+        Make<CElementInfoAllClsMnd>(nullptr, 0, true), Make<CElementInfoAllClsOpt>(nullptr, 0),
+        Make<CElementInfoAllAbsClsMnd>(nullptr, 0),    Make<CElementInfoAllAbsClsOpt>(nullptr),
+        Make<CElementInfoChoiceClsOpt>(nullptr, 0),    Make<CElementInfoChoiceAbsClsOpt>(nullptr),
     };
     const MakeMember collections[] = {
-        Repeating<CElementInfoSeqClsCol>(),
-        Repeating<CElementInfoSeqAbsClsCol>(),
-        Repeating<CConcrete<CElementInfoAllClsCol>>(),
-        Repeating<CConcrete<CElementInfoAllAbsClsCol>>(),
-        Repeating<CElementInfoChoiceClsCol>(),
-        Repeating<CElementInfoChoiceAbsClsCol>(),
+        Make<CElementInfoSeqClsCol, 1>(),
+        Make<CElementInfoSeqAbsClsCol, 1>(),
+        Make<CConcrete<CElementInfoAllClsCol>, 1>(),
+        Make<CConcrete<CElementInfoAllAbsClsCol>, 1>(),
+        Make<CElementInfoChoiceClsCol, 1>(),
+        Make<CElementInfoChoiceAbsClsCol, 1>(),
     };
     auto attributesOf = [&](const CElementInfo& info) {
         CRecordingWriter writer;

@@ -1,15 +1,6 @@
-#include <gtest/gtest.h>
 
-#include <string>
-#include <typeinfo>
-
-#include "binding/XmlGeneratedClass.h"
-#include "binding/XmlSerializationContext.h"
 #include "document/XmlDocument.h"
-#include "foundation/QvException.h"
 #include "support/TestClasses.h"
-#include "support/TestSupport.h"
-#include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlTest;

@@ -1,29 +1,16 @@
-#include <gtest/gtest.h>
 
-#include <string>
-#include <typeinfo>
-
-#include "binding/XmlGeneratedClass.h"
-#include "binding/XmlSerializationContext.h"
 #include "binding/metadata/AttributeInfo.h"
 #include "binding/metadata/AttributeInfoKinds.h"
 #include "binding/metadata/ElementInfo.h"
 #include "binding/metadata/SequenceElementInfo.h"
-#include "binding/metadata/ParentElementInfo.h"
 #include "document/XmlDocument.h"
-#include "foundation/QvException.h"
 #include "support/TestClasses.h"
-#include "support/TestSupport.h"
-#include "values/QvVariant.h"
 
 using namespace QvXmlLib10;
 using namespace QvXmlLib10Data;
 using namespace QvXmlTest;
 
 namespace {
-
-const CPrimitiveRestrictions kNoFacets;
-const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
 CPrimitiveRestrictions AtMost(const char* bound) {
     return CPrimitiveRestrictions(nullptr, -1, -1, nullptr, bound, nullptr, nullptr, -1);
@@ -197,39 +184,6 @@ TEST(AttributeInfo, IsThisAttributeMatchesNameExactlyAndNamespaceUnlessIgnored) 
     EXPECT_TRUE(CAttributeInfo::IsNamespaceValid("urn:x", "urn:x", ""));
     EXPECT_EQ("Invalid namespace [urn:y]. The namespace must be one of [##local] where the target namespace is []",
               FailureOf([] { CAttributeInfo::TestNamespace("urn:y", "##local", ""); }));
-}
-
-// Metadata that counts its destruction.
-int g_deleted = 0;
-struct CCountedElement : public CElementInfoSeqPrimCol {
-    CCountedElement() : CElementInfoSeqPrimCol("c", "", 0) {}
-    ~CCountedElement() override { ++g_deleted; }
-};
-struct CCountedAttribute : public CAttributeInfoPrimitive {
-    CCountedAttribute()
-        : CAttributeInfoPrimitive("a", "", 0, true, ItemType_string, nullptr, kCollapse, kNoFacets, nullptr) {}
-    ~CCountedAttribute() override { ++g_deleted; }
-};
-struct CCountedParent : public CParentElementInfo {
-    CCountedParent()
-        : CParentElementInfo(XmlElementGroupType_Sequence, XmlElementType_Element, "p", "", false, false, -1,
-                             ItemType_Invalid, nullptr, false) {}
-    ~CCountedParent() override { ++g_deleted; }
-};
-
-TEST(CleanMetaData, DeletesEveryEntryAndTheTablesAndNullsThePointers) {
-    g_deleted = 0;
-    CParentElementInfo* parent = new CCountedParent();
-    CElementInfo** elements = new CElementInfo* [3] { new CCountedElement(), new CCountedElement(), nullptr };
-    CAttributeInfo** attributes = new CAttributeInfo* [2] { new CCountedAttribute(), nullptr };
-    CXmlGeneratedClass::CleanMetaData(parent, elements, attributes);
-    EXPECT_EQ(4, g_deleted);
-    EXPECT_EQ(nullptr, parent);
-    EXPECT_EQ(nullptr, elements);
-    EXPECT_EQ(nullptr, attributes);
-    // Null pointers are left alone.
-    CXmlGeneratedClass::CleanMetaData(parent, elements, attributes);
-    EXPECT_EQ(4, g_deleted);
 }
 
 TEST(GeneratedClass, TableQueries) {

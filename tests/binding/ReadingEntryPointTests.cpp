@@ -1,16 +1,8 @@
-#include "binding/XmlObjectBase.h"
-#include "foundation/Encoder.h"
-#include "foundation/QvException.h"
 #include "support/Recorder.h"
-#include "support/TestSupport.h"
-
-#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <fstream>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include <unistd.h>
 
@@ -58,29 +50,22 @@ void ReadAllRoutes(const std::string& utf8, const std::wstring& wide, const std:
 
 } // namespace
 
-TEST(ReadingEntryPoints, AllRoutesReadTheSameDocumentWithNamespaces) {
-    const std::string xml = "<o:order xmlns:o=\"urn:o\" xmlns=\"urn:d\" id=\"7\" o:kind=\"x\">head"
-                            "<line/><o:note><![CDATA[<b>]]></o:note>tail</o:order>";
-    const std::wstring wide(xml.begin(), xml.end());
-    ReadAllRoutes(xml, wide, "order{urn:o} local=order text=headtail @id{}=7 @kind{urn:o}=x {urn:d}line {urn:o}note",
-                  CXmlSerializationContext::m_defaultContext);
-}
-
-TEST(ReadingEntryPoints, AllRoutesWithoutNamespacesAndWithCdataKept) {
-    const std::string xml = "<o:order xmlns:o=\"urn:o\" id=\"7\">a<![CDATA[<b>]]>c<o:line/></o:order>";
-    const std::wstring wide(xml.begin(), xml.end());
-    CXmlSerializationContext context;
-    context.SetSchemaType(SchemaType_NoNamespaces);
-    context.SetStripCDATA(false);
-    ReadAllRoutes(xml, wide, "o:order{} local=o:order text=a<![CDATA[<b>]]>c @xmlns:o{}=urn:o @id{}=7 {}o:line",
-                  context);
-}
-
-TEST(ReadingEntryPoints, AllRoutesWithNonAsciiText) {
+TEST(ReadingEntryPoints, AllRoutesReadTheSameDocument) {
     ScopedAsciiOnly ascii(true); // ASCIIOnly(true): the local code page is UTF-8
-    const std::string xml = "<caf\xC3\xA9 p=\"\xE2\x82\xAC\">\xC3\xA9t\xC3\xA9</caf\xC3\xA9>";
-    const std::wstring wide = L"<caf\u00e9 p=\"\u20ac\">\u00e9t\u00e9</caf\u00e9>";
-    ReadAllRoutes(xml, wide, "caf\xC3\xA9{} local=caf\xC3\xA9 text=\xC3\xA9t\xC3\xA9 @p{}=\xE2\x82\xAC",
+    CXmlSerializationContext noNamespaces;
+    noNamespaces.SetSchemaType(SchemaType_NoNamespaces);
+    noNamespaces.SetStripCDATA(false);
+    const std::string namespaced = "<o:order xmlns:o=\"urn:o\" xmlns=\"urn:d\" id=\"7\" o:kind=\"x\">head"
+                                   "<line/><o:note><![CDATA[<b>]]></o:note>tail</o:order>";
+    const std::string plain = "<o:order xmlns:o=\"urn:o\" id=\"7\">a<![CDATA[<b>]]>c<o:line/></o:order>";
+    ReadAllRoutes(namespaced, std::wstring(namespaced.begin(), namespaced.end()),
+                  "order{urn:o} local=order text=headtail @id{}=7 @kind{urn:o}=x {urn:d}line {urn:o}note",
+                  CXmlSerializationContext::m_defaultContext);
+    ReadAllRoutes(plain, std::wstring(plain.begin(), plain.end()),
+                  "o:order{} local=o:order text=a<![CDATA[<b>]]>c @xmlns:o{}=urn:o @id{}=7 {}o:line", noNamespaces);
+    ReadAllRoutes("<caf\xC3\xA9 p=\"\xE2\x82\xAC\">\xC3\xA9t\xC3\xA9</caf\xC3\xA9>",
+                  L"<caf\u00e9 p=\"\u20ac\">\u00e9t\u00e9</caf\u00e9>",
+                  "caf\xC3\xA9{} local=caf\xC3\xA9 text=\xC3\xA9t\xC3\xA9 @p{}=\xE2\x82\xAC",
                   CXmlSerializationContext::m_defaultContext);
 }
 

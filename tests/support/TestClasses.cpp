@@ -27,10 +27,6 @@ CParentElementInfo* MakeParent(XmlElementGroupType group, const char* name, XmlE
 
 namespace {
 
-const CPrimitiveRestrictions kNoFacets;
-const CWhitespaceUtils::WhitespaceRule kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
-const XmlElementType kElement = XmlElementType_Element;
-const XmlElementType kPseudo = XmlElementType_Pseudo;
 const char* const kColors[] = {"red", "green", "blue"};
 
 // Value members of kNs, collapsed unless said otherwise.
@@ -257,26 +253,12 @@ QVXML_PLAIN(Host)
 
 CSmartPtr<CXmlObjectBase> CreateTestObject(int classId, const char* name) {
     CSmartPtr<CXmlObjectBase> object;
-    switch (classId) {
-    case ClassId_Item:
-        object = new CItem();
-        break;
-    case ClassId_InnerChoice:
-        object = new CInnerChoice();
-        break;
-    case ClassId_GroupXY:
-        object = new CGroupXY();
-        break;
-    case ClassId_Leaf:
-        object = new CLeaf();
-        break;
-    case ClassId_Pair:
-        object = new CPair();
-        break;
-    default:
-        return object;
-    }
-    object->SetElementName(name);
+    if (classId == ClassId_Item) object = new CItem();
+    if (classId == ClassId_InnerChoice) object = new CInnerChoice();
+    if (classId == ClassId_GroupXY) object = new CGroupXY();
+    if (classId == ClassId_Leaf) object = new CLeaf();
+    if (classId == ClassId_Pair) object = new CPair();
+    if (object) object->SetElementName(name);
     return object;
 }
 

@@ -15,7 +15,7 @@
 
 #include "binding/SmartPtr.h"
 #include "binding/XmlGeneratedClass.h"
-#include "binding/metadata/ParentElementInfo.h"
+#include "binding/metadata/ElementInfo.h"
 #include "collections/XmlCollection.h"
 #include "support/TestSupport.h"
 #include "values/QvVariant.h"
@@ -23,6 +23,12 @@
 namespace QvXmlTest {
 
 extern const char* const kNs; // "urn:t"
+
+// Short names of what most metadata in the tests is built with.
+const QvXmlLib10Data::XmlElementType kElement = QvXmlLib10Data::XmlElementType_Element;
+const QvXmlLib10Data::XmlElementType kPseudo = QvXmlLib10Data::XmlElementType_Pseudo;
+const QvXmlLib10::CPrimitiveRestrictions kNoFacets;
+const QvXmlLib10::CWhitespaceUtils::WhitespaceRule kCollapse = QvXmlLib10::CWhitespaceUtils::WhitespaceRule_Collapse;
 
 // Output with kNs as default namespace, so that elements need no prefix.
 inline QvXmlLib10::CXmlSerializationContext InT() { return Context(false, false, false, kNs); }
