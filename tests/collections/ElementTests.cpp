@@ -136,7 +136,7 @@ TEST(Element, EveryReadingEntryPointReadsTheDocumentElementItself) {
     }
 }
 
-TEST(Element, AnElementOutsideTheRestrictionIsLeftUnread) {
+TEST(Element, AnElementOutsideTheRestrictionIsLeftUnreadAndAChildLeftOverRefused) {
     CXmlDocument document;
     document.LoadXml("<y xmlns=\"urn:t\" a=\"1\"><z/></y>");
     CXmlElement* const root = document.GetDocumentElement();
@@ -144,10 +144,9 @@ TEST(Element, AnElementOutsideTheRestrictionIsLeftUnread) {
     CSmartPtr<CElement> element(new CElement("x", "urn:a", "##other", "urn:t"));
     EXPECT_EQ(element->FromXmlElement(root), root);
     EXPECT_EQ(Describe(*element), "{urn:a}x ''\n");
-}
 
-TEST(Element, AChildLeftOverNamesTheElementAndTheFormerName) {
-    CSmartPtr<CElement> element(new CElement("before"));
+    // A child left over names the element and the former name.
+    element = new CElement("before");
     element->SetElements(new CRefusingCol);
     EXPECT_EQ(FailureOf<CQvValidationException>([&] { element->FromXml("<r><c/></r>"); }),
               "Invalid Element [r] found in element [before]");
