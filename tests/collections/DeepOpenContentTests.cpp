@@ -4,6 +4,7 @@
 #include "collections/Element.h"
 #include "foundation/QvException.h"
 #include "internal/Limits.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -76,13 +77,8 @@ TEST(DeepOpenContent, ElementsAtTheLimitAreReadCopiedClonedAndWrittenOnASmallSta
 
 TEST(DeepOpenContent, OneLevelDeeperIsRefusedWithTheLine) {
     CElement element("e");
-    std::string message;
-    try {
-        element.FromXml(Nested(kDepth + 1).c_str());
-    } catch (const CQvException& e) {
-        message = e.GetFullMessage();
-    }
-    EXPECT_EQ(message, "The document nests elements deeper than 500 levels at line 501");
+    EXPECT_EQ(FailureOf([&] { element.FromXml(Nested(kDepth + 1).c_str()); }),
+              "The document nests elements deeper than 500 levels at line 501");
 }
 
 // A tree built by hand can't be written deeper than a document can be read.
@@ -91,11 +87,5 @@ TEST(DeepOpenContent, WritingAHandBuiltTreeDeeperThanTheLimitIsRefused) {
     CElement* innermost = &root;
     for (size_t i = 0; i < kDepth; ++i)
         innermost = innermost->GetElements()->Add("e").Get();
-    std::string message;
-    try {
-        root.ToXml(false, false);
-    } catch (const CQvException& e) {
-        message = e.GetFullMessage();
-    }
-    EXPECT_EQ(message, "The elements to write nest deeper than 500 levels");
+    EXPECT_EQ(FailureOf([&] { root.ToXml(false, false); }), "The elements to write nest deeper than 500 levels");
 }

@@ -136,7 +136,7 @@ TEST(Element, EveryReadingEntryPointReadsTheDocumentElementItself) {
     }
 }
 
-TEST(Element, AnElementOutsideTheRestrictionIsLeftUnread) {
+TEST(Element, AnElementOutsideTheRestrictionIsLeftUnreadAndAChildLeftOverRefused) {
     CXmlDocument document;
     document.LoadXml("<y xmlns=\"urn:t\" a=\"1\"><z/></y>");
     CXmlElement* const root = document.GetDocumentElement();
@@ -144,10 +144,9 @@ TEST(Element, AnElementOutsideTheRestrictionIsLeftUnread) {
     CSmartPtr<CElement> element(new CElement("x", "urn:a", "##other", "urn:t"));
     EXPECT_EQ(element->FromXmlElement(root), root);
     EXPECT_EQ(Describe(*element), "{urn:a}x ''\n");
-}
 
-TEST(Element, AChildLeftOverNamesTheElementAndTheFormerName) {
-    CSmartPtr<CElement> element(new CElement("before"));
+    // A child left over names the element and the former name.
+    element = new CElement("before");
     element->SetElements(new CRefusingCol);
     EXPECT_EQ(FailureOf<CQvValidationException>([&] { element->FromXml("<r><c/></r>"); }),
               "Invalid Element [r] found in element [before]");
@@ -254,30 +253,28 @@ TEST(Element, SetNamespaceRestrictionsThrowsAPointerForTheElementItself) {
     EXPECT_EQ(element->GetNamespaceRestriction(), "urn:x");
     EXPECT_EQ(element->GetRestrictionTargetNamespace(), "");
 
-    std::string message = "no exception";
-    try {
-        element->SetNamespaceRestrictions("##local", "");
-    } catch (CQvInvalidNamespaceException* e) {
-        message = e->GetFullMessage();
-        delete e;
-    }
-    EXPECT_EQ(message, "The namespace a in the class urn:x is invalid against restriction ##local\n"
-                       "Invalid namespace [urn:x]. The namespace must be one of [##local] where the target namespace "
-                       "is []");
+    // The failure of the element itself, or of a descendant, is thrown as a pointer.
+    const auto ThrownPointer = [](CElement& target, const char* restriction, const char* targetNamespace) {
+        try {
+            target.SetNamespaceRestrictions(restriction, targetNamespace);
+        } catch (CQvInvalidNamespaceException* e) {
+            const std::string message = e->GetFullMessage();
+            delete e;
+            return message;
+        }
+        return std::string("no exception");
+    };
+    EXPECT_EQ(ThrownPointer(*element, "##local", ""),
+              "The namespace a in the class urn:x is invalid against restriction ##local\n"
+              "Invalid namespace [urn:x]. The namespace must be one of [##local] where the target namespace "
+              "is []");
 
-    // A descendant's own failure comes as a pointer as well.
     CSmartPtr<CElement> tree(new CElement("a", "urn:x"));
     tree->GetElements()->Add("c", "urn:x")->GetElements()->Add("g", "urn:z");
-    message = "no exception";
-    try {
-        tree->SetNamespaceRestrictions("##targetNamespace", "urn:x");
-    } catch (CQvInvalidNamespaceException* e) {
-        message = e->GetFullMessage();
-        delete e;
-    }
-    EXPECT_EQ(message, "The namespace g in the class urn:z is invalid against restriction ##targetNamespace\n"
-                       "Invalid namespace [urn:z]. The namespace must be one of [##targetNamespace] where the "
-                       "target namespace is [urn:x]");
+    EXPECT_EQ(ThrownPointer(*tree, "##targetNamespace", "urn:x"),
+              "The namespace g in the class urn:z is invalid against restriction ##targetNamespace\n"
+              "Invalid namespace [urn:z]. The namespace must be one of [##targetNamespace] where the "
+              "target namespace is [urn:x]");
 
     // A refused attribute throws by value.
     element->GetAttributes()->Add("d", "2", "urn:y");

@@ -14,21 +14,14 @@
 #include "foundation/Streams.h"
 #include "values/Conversions.h"
 
+#include "support/TestSupport.h"
+
 using namespace QvXmlLib10;
 
 namespace {
 
 constexpr auto kNone = CWhitespaceUtils::WhitespaceRule_None;
 constexpr auto kCollapse = CWhitespaceUtils::WhitespaceRule_Collapse;
-
-std::string FailureOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const CQvException& e) {
-        return e.GetFullMessage();
-    }
-    return "";
-}
 
 // Records each event as a word, with the index of the remove events.
 class CEventLog : public IEventSink {
@@ -226,14 +219,13 @@ template <typename Col> std::string OneDate(const char* text, const CDateTime& o
 } // namespace
 
 TEST(DateCollection, EveryMemberTakesOnlyItsDateType) {
+    const CDateTime date = CConversions::dateFromString("2012-01-02", kNone);
+    const std::string refusal = " Dates added to this collection must be of type dt_";
     EXPECT_EQ(OneDate<CdateCol>("2012-01-02Z", CConversions::timeFromString("10:00:00", kNone)),
-              "<w><n>2012-01-02Z</n></w> Dates added to this collection must be of type dt_date");
-    EXPECT_EQ(OneDate<CdatetimeCol>("2012-01-02T03:04:05", CConversions::dateFromString("2012-01-02", kNone)),
-              "<w><n>2012-01-02T03:04:05</n></w> Dates added to this collection must be of type dt_dateTime");
-    EXPECT_EQ(OneDate<CtimeCol>("03:04:05+01:00", CConversions::dateFromString("2012-01-02", kNone)),
-              "<w><n>03:04:05+01:00</n></w> Dates added to this collection must be of type dt_time");
-    EXPECT_EQ(OneDate<CmonthDayCol>("--02-29", CConversions::dateFromString("2012-01-02", kNone)),
-              "<w><n>--02-29</n></w> Dates added to this collection must be of type dt_gMonthDay");
-    EXPECT_EQ(OneDate<CyearMonthCol>("2012-02", CConversions::dateFromString("2012-01-02", kNone)),
-              "<w><n>2012-02</n></w> Dates added to this collection must be of type dt_gYearMonth");
+              "<w><n>2012-01-02Z</n></w>" + refusal + "date");
+    EXPECT_EQ(OneDate<CdatetimeCol>("2012-01-02T03:04:05", date),
+              "<w><n>2012-01-02T03:04:05</n></w>" + refusal + "dateTime");
+    EXPECT_EQ(OneDate<CtimeCol>("03:04:05+01:00", date), "<w><n>03:04:05+01:00</n></w>" + refusal + "time");
+    EXPECT_EQ(OneDate<CmonthDayCol>("--02-29", date), "<w><n>--02-29</n></w>" + refusal + "gMonthDay");
+    EXPECT_EQ(OneDate<CyearMonthCol>("2012-02", date), "<w><n>2012-02</n></w>" + refusal + "gYearMonth");
 }

@@ -6,6 +6,7 @@
 #include "document/XmlDocument.h"
 #include "foundation/QvException.h"
 #include "support/Recorder.h"
+#include "support/TestSupport.h"
 #include "validation/XmlObjectHelper.h"
 
 using namespace QvXmlLib10;
@@ -63,49 +64,37 @@ TEST(NamespaceRestrictions, DecidedByTheFirstTokenAndTestNamespaceThrowsWhereRef
                          CQvInvalidNamespaceException);
         }
     }
-    try {
-        CXmlObjectHelper::TestNamespace("urn:y", "urn:x", "urn:t");
-        FAIL() << "no exception";
-    } catch (const CQvInvalidNamespaceException& e) {
-        EXPECT_EQ("Invalid namespace [urn:y]. The namespace must be one of [urn:x] where the target namespace is "
-                  "[urn:t]",
-                  e.GetFullMessage());
-    }
+    EXPECT_EQ(
+        "Invalid namespace [urn:y]. The namespace must be one of [urn:x] where the target namespace is [urn:t]",
+        FailureOf<CQvInvalidNamespaceException>([] { CXmlObjectHelper::TestNamespace("urn:y", "urn:x", "urn:t"); }));
 }
 
-class ElementNameMatch : public ::testing::Test {
-protected:
-    void SetUp() override {
-        document.LoadXml("<r xmlns='urn:a'><e/><f xmlns='urn:b'/></r>");
-        e = document.GetDocumentElement()->GetFirstElement();
-        f = e->GetNextSiblingElement();
-    }
+TEST(ElementNameMatch, NeedsNameAndNamespaceUnlessIgnored) {
     CXmlDocument document;
-    CXmlElement* e = nullptr;
-    CXmlElement* f = nullptr;
-    CXmlSerializationContext context;
-};
-
-TEST_F(ElementNameMatch, NeedsNameAndNamespace) {
-    EXPECT_TRUE(CXmlObjectHelper::DoesElementNameMatch(context, e, "e", "urn:a"));
-    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, e, "e", "urn:b"));
-    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, e, "E", "urn:a"));
-    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, f, "e", "urn:b"));
-    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, nullptr, "e", "urn:a"));
-}
-
-TEST_F(ElementNameMatch, NamespacesIgnoredBySettingOrSchemaType) {
-    context.SetIgnoreNamespaces(true);
-    EXPECT_TRUE(CXmlObjectHelper::DoesElementNameMatch(context, f, "f", "urn:other"));
-    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(context, f, "e", "urn:b"));
-
-    CXmlSerializationContext noNamespaces;
+    document.LoadXml("<r xmlns='urn:a'><e/><f xmlns='urn:b'/></r>");
+    CXmlElement* const e = document.GetDocumentElement()->GetFirstElement();
+    CXmlElement* const f = e->GetNextSiblingElement();
+    CXmlSerializationContext context, ignoring, noNamespaces;
+    ignoring.SetIgnoreNamespaces(true);
     noNamespaces.SetSchemaType(SchemaType_NoNamespaces);
-    EXPECT_TRUE(CXmlObjectHelper::DoesElementNameMatch(noNamespaces, f, "f", ""));
-    EXPECT_FALSE(CXmlObjectHelper::DoesElementNameMatch(noNamespaces, f, "g", "urn:b"));
-}
+    const struct {
+        const CXmlSerializationContext& context;
+        CXmlElement* element;
+        const char* name;
+        const char* namespaceUri;
+        bool matches;
+    } cases[] = {
+        {context, e, "e", "urn:a", true},        {context, e, "e", "urn:b", false},
+        {context, e, "E", "urn:a", false},       {context, f, "e", "urn:b", false},
+        {context, nullptr, "e", "urn:a", false}, {ignoring, f, "f", "urn:other", true},
+        {ignoring, f, "e", "urn:b", false},      {noNamespaces, f, "f", "", true},
+        {noNamespaces, f, "g", "urn:b", false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.matches, CXmlObjectHelper::DoesElementNameMatch(c.context, c.element, c.name, c.namespaceUri))
+            << c.name << " " << c.namespaceUri;
 
-TEST_F(ElementNameMatch, ObjectBaseTakesANullTextAsEmpty) {
+    // The object base takes a null text as empty.
     QvXmlTest::CRecorder object;
     EXPECT_TRUE(object.DoesElementNameMatch(context, e, "e", "urn:a"));
     EXPECT_FALSE(object.DoesElementNameMatch(context, e, "e", nullptr));

@@ -20,15 +20,6 @@ CPrimitiveRestrictions Pattern(const char* pattern) {
     return CPrimitiveRestrictions(pattern, -1, -1, nullptr, nullptr, nullptr, nullptr, -1);
 }
 
-bool Passes(const std::string& value, const CPrimitiveRestrictions& restrictions) {
-    try {
-        CXmlObjectHelper::CheckRestrictionForstring("sku", value, restrictions);
-        return true;
-    } catch (const CQvException&) {
-        return false;
-    }
-}
-
 std::string FailureOf(const std::string& value, const CPrimitiveRestrictions& restrictions) {
     try {
         CXmlObjectHelper::CheckRestrictionForstring("sku", value, restrictions);
@@ -36,6 +27,10 @@ std::string FailureOf(const std::string& value, const CPrimitiveRestrictions& re
         return e.GetFullMessage();
     }
     return "no exception";
+}
+
+bool Passes(const std::string& value, const CPrimitiveRestrictions& restrictions) {
+    return FailureOf(value, restrictions) == "no exception";
 }
 
 } // namespace

@@ -73,7 +73,6 @@ TEST(RichRestrictions, EachKindAgainstItsFacets) {
         {ItemType_duration, "P1M", Bounds("P30D", "P30D", "", ""), ""}, // 28 to 31 days: indeterminate
         {ItemType_duration, "PT1H", Bounds("", "", "PT1H", ""), "Invalid Value for x [PT1H]"},
         // Binary lengths count bytes; both kinds show the value in hexadecimal.
-        {ItemType_hexBinary, "616263", Lengths(-1, -1, 2), "Invalid Value for x [616263]"},
         {ItemType_hexBinary, "6162", Lengths(2, 2, 2), ""},
         {ItemType_base64Binary, "AQID", Lengths(-1, 1, -1), "Invalid Value for x [010203]"},
         {ItemType_base64Binary, "AQID", Lengths(4, -1, -1), "Invalid Value for x [010203]"},

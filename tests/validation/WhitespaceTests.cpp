@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "foundation/QvException.h"
+#include "support/TestSupport.h"
 #include "validation/WhitespaceUtils.h"
 
 using namespace QvXmlLib10;
@@ -12,46 +14,45 @@ namespace {
 
 using namespace std::string_literals;
 
-struct RuleCase {
-    WS::WhitespaceRule rule;
-    std::string input;
-    std::string expected;
-};
+constexpr auto kNone = WS::WhitespaceRule_None, kPreserve = WS::WhitespaceRule_Preserve,
+               kReplace = WS::WhitespaceRule_Replace, kCollapse = WS::WhitespaceRule_Collapse;
 
-class WhitespaceRuleTest : public ::testing::TestWithParam<RuleCase> {};
-
-TEST_P(WhitespaceRuleTest, ApplyRuleGivesExpectedText) {
-    const RuleCase& c = GetParam();
-    EXPECT_EQ(c.expected, WS::ApplyRule(c.rule, c.input));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    AllRules, WhitespaceRuleTest,
-    ::testing::Values(
+TEST(WhitespaceTest, ApplyRuleGivesExpectedText) {
+    const std::tuple<WS::WhitespaceRule, std::string, std::string> cases[] = {
         // None leaves everything, CR included.
-        RuleCase{WS::WhitespaceRule_None, " a\r\n\tb ", " a\r\n\tb "},
-        RuleCase{WS::WhitespaceRule_None, "a\0b"s, "a\0b"s},
+        {kNone, " a\r\n\tb ", " a\r\n\tb "},
+        {kNone, "a\0b"s, "a\0b"s},
         // Preserve: CR LF and lone CR become LF.
-        RuleCase{WS::WhitespaceRule_Preserve, "a\r\n\rb", "a\n\nb"},
-        RuleCase{WS::WhitespaceRule_Preserve, "a\n\r\nb", "a\n\nb"},
-        RuleCase{WS::WhitespaceRule_Preserve, "a\r", "a\n"}, RuleCase{WS::WhitespaceRule_Preserve, " \t\n", " \t\n"},
-        RuleCase{WS::WhitespaceRule_Preserve, "", ""},
+        {kPreserve, "a\r\n\rb", "a\n\nb"},
+        {kPreserve, "a\n\r\nb", "a\n\nb"},
+        {kPreserve, "a\r", "a\n"},
+        {kPreserve, " \t\n", " \t\n"},
+        {kPreserve, "", ""},
         // Without a CR the text comes back whole, NUL bytes included; with one it stops at the NUL.
-        RuleCase{WS::WhitespaceRule_Preserve, "a\0b"s, "a\0b"s},
-        RuleCase{WS::WhitespaceRule_Preserve, "a\r\0b"s, "a\n"},
+        {kPreserve, "a\0b"s, "a\0b"s},
+        {kPreserve, "a\r\0b"s, "a\n"},
         // Replace: CR LF is one space, LF CR two.
-        RuleCase{WS::WhitespaceRule_Replace, "a\r\nb", "a b"}, RuleCase{WS::WhitespaceRule_Replace, "a\n\rb", "a  b"},
-        RuleCase{WS::WhitespaceRule_Replace, "a\r", "a "}, RuleCase{WS::WhitespaceRule_Replace, "\ta\n", " a "},
-        RuleCase{WS::WhitespaceRule_Replace, "  a  ", "  a  "}, RuleCase{WS::WhitespaceRule_Replace, "a\0\tb"s, "a"},
-        RuleCase{WS::WhitespaceRule_Replace, "a\0 b"s, "a\0 b"s},
+        {kReplace, "a\r\nb", "a b"},
+        {kReplace, "a\n\rb", "a  b"},
+        {kReplace, "a\r", "a "},
+        {kReplace, "\ta\n", " a "},
+        {kReplace, "  a  ", "  a  "},
+        {kReplace, "a\0\tb"s, "a"},
+        {kReplace, "a\0 b"s, "a\0 b"s},
         // Collapse.
-        RuleCase{WS::WhitespaceRule_Collapse, "  a \r\n\t b  ", "a b"},
-        RuleCase{WS::WhitespaceRule_Collapse, "   ", ""}, RuleCase{WS::WhitespaceRule_Collapse, "", ""},
-        RuleCase{WS::WhitespaceRule_Collapse, "a", "a"},
-        RuleCase{WS::WhitespaceRule_Collapse, "\xC3\xA9 \xC3\xA9", "\xC3\xA9 \xC3\xA9"},
-        RuleCase{WS::WhitespaceRule_Collapse, "\va\f", "\va\f"},
+        {kCollapse, "  a \r\n\t b  ", "a b"},
+        {kCollapse, "   ", ""},
+        {kCollapse, "", ""},
+        {kCollapse, "a", "a"},
+        {kCollapse, "\xC3\xA9 \xC3\xA9", "\xC3\xA9 \xC3\xA9"},
+        {kCollapse, "\va\f", "\va\f"},
         // The result stops at the first NUL; a space written before it stays.
-        RuleCase{WS::WhitespaceRule_Collapse, "a\0b "s, "a"}, RuleCase{WS::WhitespaceRule_Collapse, " a \0b"s, "a "}));
+        {kCollapse, "a\0b "s, "a"},
+        {kCollapse, " a \0b"s, "a "},
+    };
+    for (const auto& [rule, input, expected] : cases)
+        EXPECT_EQ(expected, WS::ApplyRule(rule, input)) << rule << " [" << input << "]";
+}
 
 TEST(WhitespaceTest, IsWhiteSpaceKnowsExactlyFourBytes) {
     for (int c = -128; c < 128; ++c) {
@@ -61,16 +62,9 @@ TEST(WhitespaceTest, IsWhiteSpaceKnowsExactlyFourBytes) {
 }
 
 TEST(WhitespaceTest, UnknownRuleThrowsBaseException) {
-    for (int rule : {4, -1, 1000}) {
-        try {
-            WS::ApplyRule(static_cast<WS::WhitespaceRule>(rule), "x");
-            FAIL() << rule;
-        } catch (const CQvValidationException&) {
-            FAIL() << "a validation exception for rule " << rule;
-        } catch (const CQvException& e) {
-            EXPECT_EQ("Unknown WhitespaceRule", e.GetFullMessage());
-        }
-    }
+    for (int rule : {4, -1, 1000})
+        EXPECT_EQ("Unknown WhitespaceRule",
+                  FailureOf<CQvException>([&] { WS::ApplyRule(static_cast<WS::WhitespaceRule>(rule), "x"); }));
 }
 
 TEST(WhitespaceTest, PreserveOfBufferReadsOnlyTheGivenBytes) {

@@ -9,6 +9,8 @@
 #include "foundation/QvException.h"
 #include "values/Conversions.h"
 
+#include "support/TestSupport.h"
+
 using namespace QvXmlLib10;
 
 namespace {
@@ -18,101 +20,59 @@ using C = CConversions;
 constexpr auto None = CWhitespaceUtils::WhitespaceRule_None;
 constexpr auto Collapse = CWhitespaceUtils::WhitespaceRule_Collapse;
 
-struct FailureCase {
-    const char* label;
-    std::function<void()> call;
-    std::string message;
-};
-
-class ConversionFailureTest : public ::testing::TestWithParam<FailureCase> {};
-
-TEST_P(ConversionFailureTest, ThrowsInvalidValueWithExactText) {
-    const FailureCase& c = GetParam();
-    try {
-        c.call();
-        FAIL() << "no exception";
-    } catch (const CQvInvalidValueException& e) {
-        EXPECT_EQ(c.message, e.GetFullMessage());
-    }
+// Each failure is a CQvInvalidValueException with exactly this message. Bad text is quoted
+// after the rule, except by boolean; the narrow integer kinds use the words of i4 / ui4
+// for bad text, and their own for the range, quoting the argument as it came in.
+TEST(ConversionsTest, FailuresNameTheValueAndTheKind) {
+    const std::string kBoolean = "A Boolean Value read from an XML document was invalid [",
+                      kBooleanEnd = "]. Valid values are 'true', 'false', '1', or '0'";
+    const auto Bad = [](std::string text, std::string kind) {
+        return "The value [" + text + "] can not be converted to a " + kind;
+    };
+    const auto Large = [](std::string text, std::string kind) {
+        return "The value [" + text + "] is to large to fit in a " + kind;
+    };
+    const std::string kCharEnd = "] can not be a char as it is either empty of greater than 1 char long";
+    const std::pair<std::function<void()>, std::string> cases[] = {
+        {[] { C::i4FromString("12x", None); }, Bad("12x", "i4")},
+        {[] { C::i4FromString("-", None); }, Bad("-", "i4")},
+        {[] { C::i4FromString("5 ", None); }, Bad("5 ", "i4")},
+        {[] { C::i4FromString(" 1  2 ", Collapse); }, Bad("1 2", "i4")},
+        {[] { C::i8FromString("abc", None); }, Bad("abc", "i8")},
+        {[] { C::ui4FromString("0x10", None); }, Bad("0x10", "ui4")},
+        {[] { C::ui8FromString("1.0", None); }, Bad("1.0", "ui8")},
+        {[] { C::i4FromString(" 9223372036854775808 ", Collapse); }, Large("9223372036854775808", "i4")},
+        {[] { C::i4FromString("-9223372036854775809", None); }, Large("-9223372036854775809", "i4")},
+        {[] { C::i8FromString("9223372036854775808", None); }, Large("9223372036854775808", "i8")},
+        {[] { C::i8FromString("\t-9223372036854775809", Collapse); }, Large("-9223372036854775809", "i8")},
+        {[] { C::ui4FromString("18446744073709551616", None); }, Large("18446744073709551616", "ui4")},
+        {[] { C::ui8FromString("99999999999999999999", None); }, Large("99999999999999999999", "ui8")},
+        {[] { C::i1FromString("12x", None); }, Bad("12x", "i4")},
+        {[] { C::i2FromString("99999999999999999999", None); }, Large("99999999999999999999", "i4")},
+        {[] { C::ui1FromString(" x ", Collapse); }, Bad("x", "ui4")},
+        {[] { C::ui2FromString("--1", None); }, Bad("--1", "ui4")},
+        {[] { C::i1FromString("128", None); }, Large("128", "i1")},
+        {[] { C::i1FromString(" -129 ", Collapse); }, Large(" -129 ", "i1")},
+        {[] { C::i2FromString("40000", None); }, Large("40000", "i2")},
+        {[] { C::i2FromString("-40000", None); }, Large("-40000", "i2")},
+        {[] { C::ui1FromString("256", None); }, Large("256", "ui1")},
+        {[] { C::ui1FromString("-1", None); }, Large("-1", "ui1")},
+        {[] { C::ui2FromString("65536\n", Collapse); }, Large("65536\n", "ui2")},
+        {[] { C::r8FromString("1.5x", None); }, Bad("1.5x", "r8")},
+        {[] { C::r8FromString("1.5 ", None); }, Bad("1.5 ", "r8")},
+        {[] { C::r8FromString("-inf x", Collapse); }, Bad("-inf x", "r8")},
+        {[] { C::r4FromString(" abc ", Collapse); }, Bad("abc", "r4")},
+        {[] { C::booleanFromString("", None); }, kBoolean + "" + kBooleanEnd},
+        {[] { C::booleanFromString(" yes ", Collapse); }, kBoolean + " yes " + kBooleanEnd},
+        {[] { C::booleanFromString("2", None); }, kBoolean + "2" + kBooleanEnd},
+        {[] { C::charFromString("", None); }, "The value [" + kCharEnd},
+        {[] { C::charFromString(" ab ", Collapse); }, "The value [ab" + kCharEnd},
+        {[] { C::charFromString("   ", Collapse); }, "The value [" + kCharEnd},
+        {[] { C::charFromString("\xC3\xA9", None); }, "The value [\xC3\xA9" + kCharEnd},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.second, FailureOf<CQvInvalidValueException>(c.first));
 }
-
-std::string LabelOf(const ::testing::TestParamInfo<FailureCase>& info) { return info.param.label; }
-
-INSTANTIATE_TEST_SUITE_P(
-    Conversions, ConversionFailureTest,
-    ::testing::Values(
-        // Bad text, quoted after the rule.
-        FailureCase{"i4Letters", [] { C::i4FromString("12x", None); }, "The value [12x] can not be converted to a i4"},
-        FailureCase{"i4Minus", [] { C::i4FromString("-", None); }, "The value [-] can not be converted to a i4"},
-        FailureCase{"i4TrailingBlank", [] { C::i4FromString("5 ", None); },
-                    "The value [5 ] can not be converted to a i4"},
-        FailureCase{"i4Collapsed", [] { C::i4FromString(" 1  2 ", Collapse); },
-                    "The value [1 2] can not be converted to a i4"},
-        FailureCase{"i8Letters", [] { C::i8FromString("abc", None); }, "The value [abc] can not be converted to a i8"},
-        FailureCase{"ui4Letters", [] { C::ui4FromString("0x10", None); },
-                    "The value [0x10] can not be converted to a ui4"},
-        FailureCase{"ui8Letters", [] { C::ui8FromString("1.0", None); },
-                    "The value [1.0] can not be converted to a ui8"},
-        // Out of range, quoted after the rule.
-        FailureCase{"i4Above", [] { C::i4FromString(" 9223372036854775808 ", Collapse); },
-                    "The value [9223372036854775808] is to large to fit in a i4"},
-        FailureCase{"i4Below", [] { C::i4FromString("-9223372036854775809", None); },
-                    "The value [-9223372036854775809] is to large to fit in a i4"},
-        FailureCase{"i8Above", [] { C::i8FromString("9223372036854775808", None); },
-                    "The value [9223372036854775808] is to large to fit in a i8"},
-        FailureCase{"i8Below", [] { C::i8FromString("\t-9223372036854775809", Collapse); },
-                    "The value [-9223372036854775809] is to large to fit in a i8"},
-        FailureCase{"ui4Above", [] { C::ui4FromString("18446744073709551616", None); },
-                    "The value [18446744073709551616] is to large to fit in a ui4"},
-        FailureCase{"ui8Above", [] { C::ui8FromString("99999999999999999999", None); },
-                    "The value [99999999999999999999] is to large to fit in a ui8"},
-        // The narrow kinds use the words of i4 / ui4 for bad text ...
-        FailureCase{"i1Letters", [] { C::i1FromString("12x", None); }, "The value [12x] can not be converted to a i4"},
-        FailureCase{"i2Huge", [] { C::i2FromString("99999999999999999999", None); },
-                    "The value [99999999999999999999] is to large to fit in a i4"},
-        FailureCase{"ui1Letters", [] { C::ui1FromString(" x ", Collapse); },
-                    "The value [x] can not be converted to a ui4"},
-        FailureCase{"ui2Letters", [] { C::ui2FromString("--1", None); },
-                    "The value [--1] can not be converted to a ui4"},
-        // ... and their own for the range, quoting the argument as it came in.
-        FailureCase{"i1Above", [] { C::i1FromString("128", None); }, "The value [128] is to large to fit in a i1"},
-        FailureCase{"i1Below", [] { C::i1FromString(" -129 ", Collapse); },
-                    "The value [ -129 ] is to large to fit in a i1"},
-        FailureCase{"i2Above", [] { C::i2FromString("40000", None); }, "The value [40000] is to large to fit in a i2"},
-        FailureCase{"i2Below", [] { C::i2FromString("-40000", None); },
-                    "The value [-40000] is to large to fit in a i2"},
-        FailureCase{"ui1Above", [] { C::ui1FromString("256", None); }, "The value [256] is to large to fit in a ui1"},
-        FailureCase{"ui1MinusOne", [] { C::ui1FromString("-1", None); }, "The value [-1] is to large to fit in a ui1"},
-        FailureCase{"ui2Above", [] { C::ui2FromString("65536\n", Collapse); },
-                    "The value [65536\n] is to large to fit in a ui2"},
-        // Floats.
-        FailureCase{"r8Letters", [] { C::r8FromString("1.5x", None); },
-                    "The value [1.5x] can not be converted to a r8"},
-        FailureCase{"r8TrailingBlank", [] { C::r8FromString("1.5 ", None); },
-                    "The value [1.5 ] can not be converted to a r8"},
-        FailureCase{"r8LowerInf", [] { C::r8FromString("-inf x", Collapse); },
-                    "The value [-inf x] can not be converted to a r8"},
-        FailureCase{"r4Letters", [] { C::r4FromString(" abc ", Collapse); },
-                    "The value [abc] can not be converted to a r4"},
-        // Boolean quotes the argument as it came in; char the text after the rule.
-        FailureCase{
-            "booleanEmpty", [] { C::booleanFromString("", None); },
-            "A Boolean Value read from an XML document was invalid []. Valid values are 'true', 'false', '1', or '0'"},
-        FailureCase{"booleanYes", [] { C::booleanFromString(" yes ", Collapse); },
-                    "A Boolean Value read from an XML document was invalid [ yes ]. Valid values are 'true', 'false', "
-                    "'1', or '0'"},
-        FailureCase{
-            "booleanTwo", [] { C::booleanFromString("2", None); },
-            "A Boolean Value read from an XML document was invalid [2]. Valid values are 'true', 'false', '1', or '0'"},
-        FailureCase{"charEmpty", [] { C::charFromString("", None); },
-                    "The value [] can not be a char as it is either empty of greater than 1 char long"},
-        FailureCase{"charTwo", [] { C::charFromString(" ab ", Collapse); },
-                    "The value [ab] can not be a char as it is either empty of greater than 1 char long"},
-        FailureCase{"charOnlyBlanks", [] { C::charFromString("   ", Collapse); },
-                    "The value [] can not be a char as it is either empty of greater than 1 char long"},
-        FailureCase{"charUtf8", [] { C::charFromString("\xC3\xA9", None); },
-                    "The value [\xC3\xA9] can not be a char as it is either empty of greater than 1 char long"}),
-    LabelOf);
 
 TEST(ConversionsTest, IntegersAtTheOtherBounds) {
     EXPECT_EQ(127, C::i1FromString("127", None));
@@ -139,12 +99,8 @@ TEST(ConversionsTest, IntegerTextThatTheLibraryFunctionTolerates) {
 }
 
 TEST(ConversionsTest, UnknownRuleReachesTheCaller) {
-    try {
-        C::i4FromString("1", static_cast<CWhitespaceUtils::WhitespaceRule>(9));
-        FAIL();
-    } catch (const CQvException& e) {
-        EXPECT_EQ("Unknown WhitespaceRule", e.GetFullMessage());
-    }
+    EXPECT_EQ("Unknown WhitespaceRule",
+              FailureOf([] { C::i4FromString("1", static_cast<CWhitespaceUtils::WhitespaceRule>(9)); }));
 }
 
 TEST(ConversionsTest, FloatSpecialTexts) {
@@ -227,12 +183,8 @@ TEST(ConversionsTest, VeryLongTextFailsCleanly) {
     EXPECT_THROW(C::i8FromString(digits, None), CQvInvalidValueException);
     EXPECT_THROW(C::i1FromString(digits, None), CQvInvalidValueException);
     EXPECT_EQ(HUGE_VAL, C::r8FromString(digits, None));
-    try {
-        C::i4FromString(std::string(5000, 'x'), None);
-        FAIL();
-    } catch (const CQvInvalidValueException& e) {
-        EXPECT_EQ("The value [" + std::string(5000, 'x') + "] can not be converted to a i4", e.GetFullMessage());
-    }
+    EXPECT_EQ("The value [" + std::string(5000, 'x') + "] can not be converted to a i4",
+              FailureOf<CQvInvalidValueException>([] { C::i4FromString(std::string(5000, 'x'), None); }));
 }
 
 } // namespace

@@ -59,28 +59,28 @@ CDateTimeSpan Span(const char* text) {
 }
 
 TEST(DateTimeTest, ParsesAndPrintsEachFormOrFailsWithItsMessage) {
+    // Texts that print as they were read.
+    for (const char* text :
+         {"2000-02-29", "-0044-03-15", "-0001", "--02-29", "---07Z", "2000-01-01Z", "2000-01-01+00:00"})
+        EXPECT_EQ(text, ParseAndPrint('D', text));
+    for (const char* text : {"12:00:00.5", "12:00:00.000000001", "23:59:59.120000005-05:30"})
+        EXPECT_EQ(text, ParseAndPrint('T', text));
+    EXPECT_EQ("-0044-03-15T23:59:59.999+14:00", ParseAndPrint('X', "-0044-03-15T23:59:59.999+14:00"));
     const char kDay[] = "!Invalid Day [29] (1 <= day <= days in month";
     const struct {
         char kind;
         const char* text;
         const char* expected;
     } cases[] = {
-        {'D', "2000-02-29", "2000-02-29"},
         {'D', "1900-02-29", kDay},
         {'D', "0000-01-01", "!Invalid Year [0] (9999 <= year <= -9999 && year != 0)"},
-        {'D', "-0044-03-15", "-0044-03-15"},
         {'D', "12345-01-01", "!Invalid XSD Date [12345-01-01] expected CCYY-MM-DD[Z|[+|-]hh:mm]"},
         {'D', "2000-1-01", "!Invalid XSD Date [2000-1-01] expected CCYY-MM-DD[Z|[+|-]hh:mm]"},
         {'D', "2000-13", "!Invalid Month [13] (1 <= month <= 12)"},
-        {'D', "-0001", "-0001"},
-        {'D', "--02-29", "--02-29"},
         {'D', "--02-30", "!Invalid Day [30] (1 <= day <= days in month)"},
         {'D', "---32", "!Invalid Day [32] (1 <= day <= 31)"},
-        {'D', "---07Z", "---07Z"},
         {'D', "--05--", "--05"},
         {'D', "--05xx", "--05"},
-        {'D', "2000-01-01Z", "2000-01-01Z"},
-        {'D', "2000-01-01+00:00", "2000-01-01+00:00"},
         {'D', "2000-01-01-00:30", "2000-01-01+00:30"},
         {'D', "2000-01-01+24:30", "2000-01-01+00:30"},
         {'D', "2000-01-01x05:00", "2000-01-01"},
@@ -91,14 +91,10 @@ TEST(DateTimeTest, ParsesAndPrintsEachFormOrFailsWithItsMessage) {
         {'D', "2000-01-01T", "!Invalid Date ('T' not allowed)"},
         {'T', "12:00:00abc", "12:00:00"},
         {'T', "12:00:00.", "12:00:00"},
-        {'T', "12:00:00.5", "12:00:00.5"},
-        {'T', "12:00:00.000000001", "12:00:00.000000001"},
-        {'T', "23:59:59.120000005-05:30", "23:59:59.120000005-05:30"},
         {'T', "12:00:00.1234567891", "!Invalid XSD Time [12:00:00.1234567891] Fraction part too long"},
         {'T', "24:00:00", "!Invalid XSD Time [24:00:00] expected hh:mm:ss[.ff]"},
         {'T', "12:00", "!Invalid XSD Time [12:00] expected hh:mm:ss[.ff]"},
         {'T', "", "!Invalid XSD Time (Empty String)"},
-        {'X', "-0044-03-15T23:59:59.999+14:00", "-0044-03-15T23:59:59.999+14:00"},
         {'X', "2000-01-01", "!Invalid XSD DateTime [2000-01-01]"},
         {'X', "2000-01T10:00:00", "!Invalid XSD DateTime [2000-01T10:00:00] expected CCYY-MM-DDThh:mm:ss[.ff]"},
         {'X', "2000-01-01T1:00:00", "!Invalid XSD Time [1:00:00] expected hh:mm:ss[.ff]"},
@@ -267,24 +263,18 @@ long long DaysFromCivil(long long y, unsigned m, unsigned d) {
 // Sets TZ for the life of the object and restores the previous value.
 class ZoneScope {
 public:
-    explicit ZoneScope(const char* zone) {
-        const char* old = std::getenv("TZ");
-        m_had = old != nullptr;
-        if (m_had) m_old = old;
+    explicit ZoneScope(const char* zone) : m_had(std::getenv("TZ") != nullptr), m_old(m_had ? std::getenv("TZ") : "") {
         setenv("TZ", zone, 1);
         tzset();
     }
     ~ZoneScope() {
-        if (m_had)
-            setenv("TZ", m_old.c_str(), 1);
-        else
-            unsetenv("TZ");
+        m_had ? setenv("TZ", m_old.c_str(), 1) : unsetenv("TZ");
         tzset();
     }
 
 private:
-    bool m_had = false;
-    std::string m_old;
+    const bool m_had;
+    const std::string m_old;
 };
 
 TEST(DateTimeTest, CalendarAgreesWithIndependentArithmetic) {
@@ -370,16 +360,11 @@ TEST(DateTimeTest, BadTextGivesAValueOrTheInvalidValueException) {
         for (int edits = 1 + random() % 3; edits > 0; --edits) {
             const size_t at = random() % (text.size() + 1);
             const char c = alphabet[random() % (sizeof alphabet - 1)];
-            switch (random() % 3) {
-            case 0:
+            const unsigned edit = random() % 3;
+            if (edit == 0)
                 text.insert(at, 1, c);
-                break;
-            case 1:
-                if (at < text.size()) text[at] = c;
-                break;
-            default:
-                if (at < text.size()) text.erase(at, 1);
-            }
+            else if (at < text.size())
+                edit == 1 ? void(text[at] = c) : void(text.erase(at, 1));
         }
         if (i % 4 == 0) {
             text.resize(random() % 12);
