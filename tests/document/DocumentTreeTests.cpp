@@ -40,8 +40,20 @@ TEST(DocumentTree, CarriageReturnsVanishAndTextStopsAtNul) {
     CXmlElement* e = document.AddDocElement("", "e");
     CXmlDocument::AppendTextExcludingCR(e, "one\r\n");
     CXmlDocument::AppendTextExcludingCR(e, "two");
-    e->AppendText(static_cast<const char*>(nullptr));
     EXPECT_EQ(e->GetText(), "one\ntwo");
+}
+
+TEST(DocumentTree, AppendingManyPiecesKeepsAllText) {
+    CXmlDocument document;
+    CXmlElement* e = document.AddDocElement("", "e");
+    std::string expected;
+    for (int i = 0; i < 100000; ++i) {
+        e->AppendText("xy", 2);
+        expected += "xy";
+    }
+    e->AppendText("z");
+    e->AppendText(static_cast<const char*>(nullptr));
+    EXPECT_EQ(e->GetText(), expected + "z");
 }
 
 TEST(DocumentTree, AttributesKeepOrderAndAbsentOnesAreEmpty) {

@@ -190,6 +190,7 @@ TEST(Encoder, LocalToWideAndUtf8InTheCLocale) {
     EXPECT_TRUE(CEncoder::UnicodeToUtf8Binary(L"") == CBinaryData());
     EXPECT_EQ(UnicodeToMultiByte(L""), "");
 
+    EXPECT_EQ(Bytes(CEncoder::UnicodeToUtf8Binary(L"abc")), "abc");
     EXPECT_EQ(Bytes(CEncoder::UnicodeToUtf8Binary(L"a\x20AC\U0001F600")), "a\xE2\x82\xAC\xF0\x9F\x98\x80");
     // A surrogate makes the measure refuse the whole text.
     EXPECT_EQ(CEncoder::UnicodeToUtf8Binary(L"a\xD800").GetLength(), 0u);
