@@ -47,8 +47,8 @@ TEST(HostileInput, NestingDeeperThanTheLimitIsRefusedWithItsLine) {
     CXmlDocument document;
     document.LoadXml((xml + closing).c_str());
     size_t depth = 0;
-    for (const CXmlElement* e = document.GetDocumentElement(); e; e = e->GetFirstElement())
-        ++depth;
+    for (const CXmlElement* e = document.GetDocumentElement(); e; e = e->GetFirstElement(), ++depth)
+        ASSERT_EQ(e->GetText(), "t\n") << depth; // each level keeps its own text
     EXPECT_EQ(depth, limit);
 
     EXPECT_EQ(LoadFailure(document, xml + "<e/>" + closing),

@@ -10,6 +10,7 @@
 #include "foundation/Streams.h"
 #include "internal/Limits.h"
 
+#include "fastinfoset/FiTestSupport.h"
 #include "support/TestSupport.h"
 
 using namespace QvXmlLib10;
@@ -37,6 +38,8 @@ struct Fixture {
         writer.SetFormat(format);
         writer.SetEOLType(eol);
     }
+    // Writer events as blank-separated tokens: "<{uri}name", "@{uri}name=value", "'text", ">".
+    void Play(const std::string& script) { FiTest::Play(writer, script); }
     void Start(const std::string& name, const std::string& ns = "") { writer.WriteStartElement(name, ns); }
     void End() { writer.WriteEndElement(); }
     void Text(const std::string& text) { writer.WriteString(text, ItemType_string); }
@@ -83,14 +86,7 @@ TEST(TextWriterTest, TypicalDocumentInEachLayout) {
         f.writer.SetDefaultNamespace("urn:d");
         f.writer.AddNamespace("p", "urn:p");
         f.writer.WriteStartDocument();
-        f.Start("Root", "urn:d");
-        f.Attr("id", "1");
-        f.Start("Item", "urn:p");
-        f.Text("a<b");
-        f.End();
-        f.Start("E", "urn:d");
-        f.End();
-        f.End();
+        f.Play("<{urn:d}Root @id=1 <{urn:p}Item 'a<b > <{urn:d}E > >");
         EXPECT_EQ(c.expected, f.Close()) << c.format << " " << c.eol;
     }
 }
@@ -109,41 +105,11 @@ TEST(TextWriterTest, DeclarationNamesTheEncodingOfTheStream) {
     }
 }
 
-TEST(TextWriterTest, InventedPrefixesAreDeclaredWhereTheyAreInvented) {
-    Fixture f;
-    f.Start("A", "urn:x");
-    f.Start("B", "urn:x");
-    f.End();
-    f.Start("C", "urn:y");
-    f.End();
-    f.End();
-    EXPECT_EQ("<AA:A xmlns:AA=\"urn:x\">\n\t<AA:B/>\n\t<AB:C xmlns:AB=\"urn:y\"/>\n</AA:A>\n", f.Close());
-}
-
-TEST(TextWriterTest, SiblingSubtreesDeclareTheirOwnPrefixes) {
-    Fixture f(false);
-    f.Start("R");
-    f.Start("A", "urn:x");
-    f.Start("A1", "urn:x");
-    f.End();
-    f.End();
-    f.Start("B", "urn:y");
-    f.End();
-    f.Start("C", "urn:x");
-    f.Text("t");
-    f.End();
-    f.End();
-    EXPECT_EQ("<R><AA:A xmlns:AA=\"urn:x\"><AA:A1/></AA:A><AA:B xmlns:AA=\"urn:y\"/>"
-              "<AA:C xmlns:AA=\"urn:x\">t</AA:C></R>",
-              f.Close());
-}
-
 TEST(TextWriterTest, NilAndTypeAttributesWithInventedPrefixes) {
     Fixture f(false);
     f.Start("A");
     f.writer.WriteAttributeNil();
-    f.End();
-    f.Start("B");
+    f.Play("> <B");
     f.writer.WriteAttributeType("urn:t", "T", ItemType_string);
     f.writer.WriteAttributeNil();
     f.writer.WriteAttributeType("urn:t", "U", ItemType_string);
@@ -166,15 +132,10 @@ TEST(TextWriterTest, RootDeclarationsAndPrefixPrecedence) {
     f.writer.WriteAttributeType("urn:t", "T", ItemType_string);
     f.Attr("a", "1", "urn:d"); // the default namespace gives attributes no exemption
     f.Attr("lang", "en", CXmlWriter::XML_NAMESPACE);
-    // Aliases added to an open element enter its scope but are not declared.
+    // Aliases added to an open element enter its scope but are not declared. N has no
+    // namespace: no prefix, and no undeclaration of the default.
     f.writer.AddNamespace("late", "urn:late");
-    f.Start("L", "urn:late");
-    f.End();
-    f.Start("D", "urn:d");
-    f.Start("N"); // no namespace: no prefix, and no undeclaration of the default
-    f.End();
-    f.End();
-    f.End();
+    f.Play("<{urn:late}L > <{urn:d}D <N > > >");
     EXPECT_EQ("<AB:R xmlns:AB=\"urn:r\" xmlns=\"urn:d\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
               " xmlns:t=\"urn:t\" xmlns:AA=\"urn:taken\""
               " xsi:type=\"D\" xsi:type=\"t:T\" xmlns:AC=\"urn:d\" AC:a=\"1\" xml:lang=\"en\">"
@@ -186,36 +147,15 @@ TEST(TextWriterTest, PrefixesFollowTheScopeAsItIsWhenUsed) {
     // An alias or default namespace set on an open element applies to its end tag and
     // to its later children, and its siblings start again from the parent's scope.
     Fixture f(false);
-    f.Start("r", "urn:r");
-    f.Start("a", "urn:a");
-    f.Text("t");
+    f.Play("<{urn:r}r <{urn:a}a 't");
     f.writer.AddNamespace("p", "urn:a");
-    f.Start("c", "urn:a");
-    f.End();
-    f.End();
-    f.Start("b", "urn:a");
-    f.Text("t");
+    f.Play("<{urn:a}c > > <{urn:a}b 't");
     f.writer.SetDefaultNamespace("urn:a");
-    f.Start("c", "urn:a");
-    f.End();
-    f.End();
-    f.Start("d", "urn:r");
-    f.Attr("x", "1", "urn:x");
-    f.Start("e", "urn:r");
-    f.Attr("y", "2", "urn:y");
-    f.End();
+    f.Play("<{urn:a}c > > <{urn:r}d @{urn:x}x=1 <{urn:r}e @{urn:y}y=2 >");
     f.writer.AddNamespace("q", "urn:r");
-    f.Start("e", "urn:r");
-    f.Attr("x", "3", "urn:x");
-    f.End();
-    f.End();
-    f.Start("d", "urn:r");
-    f.Attr("y", "4", "urn:y");
+    f.Play("<{urn:r}e @{urn:x}x=3 > > <{urn:r}d @{urn:y}y=4");
     f.writer.SetDefaultNamespace("urn:r");
-    f.Start("e", "urn:x");
-    f.End();
-    f.End();
-    f.End();
+    f.Play("<{urn:x}e > > >");
     EXPECT_EQ("<AA:r xmlns:AA=\"urn:r\">"
               "<AB:a xmlns:AB=\"urn:a\">t<p:c/></p:a>"
               "<AB:b xmlns:AB=\"urn:a\">t<c/></b>"
@@ -308,29 +248,15 @@ TEST(TextWriterTest, CDataOnlyAtTheVeryStartAndEmptyText) {
     Fixture f(false);
     f.Start("a");
     f.Text("<![CDATA[x<y]]> & <z>");
-    f.End();
-    f.Start("b");
+    f.Play("> <b");
     f.Text(" <![CDATA[x]]>");
-    f.End();
-    f.Start("c");
-    f.Text(""); // leaves the start tag open
-    f.Attr("late", "ok");
-    f.End();
+    f.Play("> <c ' @late=ok >"); // empty text leaves the start tag open
     EXPECT_EQ("<a><![CDATA[x<y]]> & <z></a><b> &lt;![CDATA[x]]&gt;</b><c late=\"ok\"/>", f.Close());
 }
 
 TEST(TextWriterTest, IndentationAroundTextAndDeepLevels) {
     Fixture f;
-    f.Start("r");
-    f.Start("a");
-    f.Text("text");
-    f.Start("b");
-    f.Start("c");
-    f.End();
-    f.End();
-    f.Text("tail");
-    f.End();
-    f.End();
+    f.Play("<r <a 'text <b <c > > 'tail > >");
     EXPECT_EQ("<r>\n\t<a>text\t\t<b>\n\t\t\t<c/>\n\t\t</b>\ntail\t</a>\n</r>\n", f.Close());
 
     Fixture deep;
@@ -352,13 +278,11 @@ TEST(TextWriterTest, DirectivesInstructionsInlineSchemaAndComments) {
     f.writer.WriteStartDocument();
     f.writer.WriteHeaderDirective("<!DOCTYPE r>");
     f.writer.WritePI("<?pi one?>");
-    f.Start("r");
-    f.Attr("a", "1");
+    f.Play("<r @a=1");
     f.writer.WriteInlineSchema("<xs:schema/>");
     f.Start("c");
     f.writer.WriteComment("a -> b & c"); // inside the open start tag, as told
-    f.End();
-    f.End();
+    f.Play("> >");
     EXPECT_EQ("<?xml version=\"1.0\"?>\r\n<!DOCTYPE r>\r\n<?pi one?>\r\n\r\n"
               "<r a=\"1\" \r\n<xs:schema/>\r\n>\r\n\t<c<!--a -&gt; b &amp; c-->\r\n/>\r\n</r>\r\n",
               f.Close());
@@ -368,7 +292,7 @@ TEST(TextWriterTest, DirectivesInstructionsInlineSchemaAndComments) {
     g.writer.WritePI("<?pi?>");
     g.Start("r");
     g.writer.WriteInlineSchema("S");
-    g.Text("x");
+    g.Play("'x");
     g.writer.WriteComment("c");
     g.End();
     g.writer.WriteHeaderDirective("<!-- after -->");
@@ -396,11 +320,9 @@ TEST(TextWriterTest, AttributeAfterContentThrowsAndKeepsTheOutput) {
     for (const auto& attribute : attributeCalls) {
         Fixture f(false);
         const auto attempt = [&] { return FailureOf([&] { attribute(f.writer); }); };
-        f.Start("r");
-        f.Text("text");
+        f.Play("<r 'text");
         EXPECT_EQ("Attributes must be added before elements", attempt());
-        f.Start("c");
-        f.End();
+        f.Play("<c >");
         EXPECT_EQ("Attributes must be added before elements", attempt());
         f.End();
         EXPECT_EQ("Attributes must be added before elements", attempt());
@@ -408,37 +330,27 @@ TEST(TextWriterTest, AttributeAfterContentThrowsAndKeepsTheOutput) {
     }
 }
 
-TEST(TextWriterTest, HeaderDirectiveWithAnOpenElementThrows) {
-    Fixture f(false);
+TEST(TextWriterTest, MisuseThrowsAndLeavesTheWriterAsItWas) {
+    Fixture f(true, EOLType_CRLF);
     f.Start("r");
     EXPECT_EQ("Headed directives must appear before an Element has been added.",
               FailureOf([&] { f.writer.WriteHeaderDirective("<!-- x -->"); }));
-    f.End();
-    EXPECT_EQ("<r/>", f.Close());
-}
-
-TEST(TextWriterTest, InvalidLineEndTypeChangesNothing) {
-    Fixture f(true, EOLType_CRLF);
-    f.Start("r");
     EXPECT_EQ("Invalid EOL type.", FailureOf([&] { f.writer.SetEOLType(static_cast<EOLType>(2)); }));
     EXPECT_EQ("Invalid EOL type.", FailureOf([&] { f.writer.SetEOLType(static_cast<EOLType>(-1)); }));
     EXPECT_EQ(EOLType_CRLF, f.writer.GetEOLType());
     f.Text("a\nb");
     f.End();
     EXPECT_EQ("<r>a\r\nb</r>\r\n", f.Close());
+    // An end without an open element is refused.
+    EXPECT_EQ("An Element has not been opened.", FailureOf([&] { f.End(); }));
 }
 
 TEST(TextWriterTest, CloseWithAnOpenElementThrowsAfterClosingTheSink) {
     Fixture f;
-    f.Start("r");
-    f.Start("c");
-    f.Text("x");
+    f.Play("<r <c 'x");
     EXPECT_EQ("An Element has not been closed.", FailureOf([&] { f.writer.Close(); }));
     EXPECT_EQ("open;close;", f.stream.m_log);
     EXPECT_EQ("<r>\n\t<c>x", std::string(f.stream.GetText()));
-    // An end without an open element is refused as well.
-    Fixture g;
-    EXPECT_EQ("An Element has not been opened.", FailureOf([&] { g.End(); }));
 }
 
 TEST(TextWriterTest, WriterDestroyedWithManyOpenElementsReleasesThem) {

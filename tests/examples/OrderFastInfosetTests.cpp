@@ -64,13 +64,17 @@ TEST_F(OrderFastInfosetTest, EntryPoints) {
     std::remove(path.c_str());
     EXPECT_EQ(std::string("<?xml version='1.0' encoding='finf'?>") + FiTest::Bytes(bytes), read.str());
 
-    // Gzip Fast Infoset, in a stream and in a file, reads back into the same order.
+    // Gzip Fast Infoset in a file, and zlib in a stream with the suggested encodings and a
+    // declaration, read back into the same order.
     const std::string expected = order.ToXml();
     order.ToFastInfosetFile(path.c_str(), FInfoDecl_None, context, CompressionType_GZip);
     CPurchaseOrder fromFile, fromStream;
     fromFile.FromXmlFile(path.c_str());
     std::remove(path.c_str());
-    fromStream.FromXmlStream(order.ToFastInfosetStream(FInfoDecl_None, context, CompressionType_ZLib));
+    CXmlSerializationContext suggested;
+    suggested.GetFIContext().SetSuggestedValues();
+    fromStream.FromXmlStream(order.ToFastInfosetStream(static_cast<FInfoDecl>(4), suggested, CompressionType_ZLib),
+                             suggested);
     EXPECT_EQ(expected, fromFile.ToXml());
     EXPECT_EQ(expected, fromStream.ToXml());
     EXPECT_EQ("CQvException: ZLIB Compression only available for To Stream methods.", FiTest::Failure([&] {

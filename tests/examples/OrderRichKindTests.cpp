@@ -1,6 +1,5 @@
 // The rich kinds in the purchase-order example: prices as decimals, dates, a delivery
 // window, lists of tags and quantities, binary data and a serial number beyond 64 bits.
-#include <functional>
 #include <string>
 
 #include "OrderTestSupport.h"
@@ -11,15 +10,6 @@ using namespace PurchaseOrders;
 
 namespace OrderTests {
 namespace {
-
-std::string FailureOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const CQvException& e) {
-        return e.GetFullMessage();
-    }
-    return "";
-}
 
 using OrderRichKindTest = OrderTest;
 

@@ -125,11 +125,3 @@ TEST(FastInfosetJava, DocumentsLoadAsTheirText) {
         }
     }
 }
-
-TEST(FastInfosetJava, DifferencesFromTheTextReader) {
-    QVXML_NEEDS_JAVA();
-    // Strings in UTF-16 are refused.
-    const std::string utf16 = EncodeWithJava(kOrderLike, "utf16", "encoding=UTF-16BE");
-    EXPECT_EQ("CQvException: Failed to parse FastInfoset. Unsupported Feature UTF16BE in NonEmptyOctetUTF16BEString.",
-              FiTest::Failure([&] { FromFastInfoset(utf16, kNoPrefixes); }));
-}

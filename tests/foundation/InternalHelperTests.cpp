@@ -1,12 +1,11 @@
-#include "internal/BinaryHandOver.h"
 #include "internal/ByteScan.h"
 #include "internal/Hashing.h"
 #include "internal/Locale.h"
 #include "internal/Text.h"
+#include "support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -109,20 +108,6 @@ TEST(InternalHelperTests, RunsWithoutCarriageReturnsEndAtTheLengthOrTheFirstNul)
     EXPECT_STREQ(Internal::OrEmpty(nullptr), "");
 }
 
-// Switches LC_ALL for one test and back.
-class CLocaleScope {
-public:
-    explicit CLocaleScope(const char* name) : m_saved(std::setlocale(LC_ALL, nullptr)) {
-        m_active = std::setlocale(LC_ALL, name) != nullptr;
-    }
-    ~CLocaleScope() { std::setlocale(LC_ALL, m_saved.c_str()); }
-    bool Active() const { return m_active; }
-
-private:
-    std::string m_saved;
-    bool m_active;
-};
-
 std::string WriteLocal(const std::wstring& text) {
     std::string out(text.size() * MB_CUR_MAX, '\0');
     Internal::CLocalCharWriter writer(&out[0]);
@@ -135,21 +120,14 @@ std::string WriteLocal(const std::wstring& text) {
 // Under C.UTF-8 the wide text is written as UTF-8; under "C" a character beyond ASCII becomes "?".
 TEST(InternalHelperTests, LocaleHelpersFollowTheCurrentLocale) {
     {
-        CLocaleScope scope("C");
+        ScopedLocale scope("C");
         EXPECT_FALSE(Internal::IsUtf8Locale());
         EXPECT_EQ(WriteLocal(L"a\u00E9b"), "a?b");
     }
-    CLocaleScope scope("C.UTF-8");
-    if (!scope.Active()) GTEST_SKIP() << "no C.UTF-8 locale";
+    REQUIRE_UTF8_LOCALE(scope);
     EXPECT_TRUE(Internal::IsUtf8Locale());
     EXPECT_EQ(WriteLocal(L"a\u00E9\u20ACb"), "a\xC3\xA9\xE2\x82\xAC"
                                              "b");
-}
-
-TEST(InternalHelperTests, AdoptedBytesBelongToTheBinaryData) {
-    std::unique_ptr<unsigned char[]> bytes(new unsigned char[4]{'q', 'v', 'x', 'm'});
-    CBinaryData data = Internal::AdoptBytes(std::move(bytes), 3);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(data.GetData()), data.GetLength()), "qvx");
 }
 
 } // namespace
