@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
 
 #include <functional>
 #include <string>
@@ -29,20 +28,7 @@ std::string Nested(size_t depth) {
     return xml;
 }
 
-// Runs `body` on a thread of 1 MB of stack, as threads are often given.
-void OnSmallStack(const std::function<void()>& body) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 1 << 20), 0);
-    pthread_t thread;
-    auto run = [](void* argument) -> void* {
-        (*static_cast<const std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&body)), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
+using QvXmlTest::OnSmallStack;
 
 size_t DepthOf(const CElement& element) {
     size_t depth = 1;

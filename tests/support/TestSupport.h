@@ -15,7 +15,10 @@
 
 #include <gtest/gtest.h>
 
+#include <pthread.h>
+
 #include <clocale>
+#include <functional>
 #include <string>
 #include <type_traits>
 #include <typeinfo>
@@ -162,6 +165,21 @@ WriteXml(const QvXmlLib10::CXmlObjectBase& object,
     QvXmlLib10::CXmlObjectBase::ToXml_Int(&object, &writer, true, namespaceUri.c_str(), context, false);
     writer.Close();
     return stream.GetText();
+}
+
+// Runs `body` on a thread of 1 MB of stack, as threads are often given.
+inline void OnSmallStack(const std::function<void()>& body) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 1 << 20), 0);
+    pthread_t thread;
+    auto run = [](void* argument) -> void* {
+        (*static_cast<const std::function<void()>*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, const_cast<std::function<void()>*>(&body)), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
 }
 
 } // namespace QvXmlTest
